@@ -1,0 +1,98 @@
+#ifndef ZYM_XML_H
+#define ZYM_XML_H
+
+#include <zym/Core.h>
+#include <zym/String.h>
+
+#include <tinyxml.h>
+
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+namespace zym_internal
+{
+
+// Hands an exception to the core library's error log on its way out.
+class ExceptionDescriber
+{
+public:
+    explicit ExceptionDescriber(std::string text) : description(std::move(text)) {}
+
+    template <typename T>
+    const T& operator%(const T& error) const
+    {
+        zym::log_throw(description, error.what());
+        return error;
+    }
+
+    std::string description;
+};
+
+// Reports a bad attribute of `element` on std::cerr and throws the same report as a
+// std::runtime_error. The source position is that of the statement that raised it.
+[[noreturn]] inline void throwAttributeError(const TiXmlElement* element, const char* problemTemplate,
+                                             const char* attributeName, const char* sourcePath,
+                                             unsigned sourceLine, const char* signature)
+{
+    char problemText[8192];
+    std::snprintf(problemText, sizeof problemText, problemTemplate, attributeName);
+
+    static const char* const rule = "==============================================================================";
+    std::stringstream report;
+    report << "[" << sourcePath << ":" << sourceLine << "] XML error: " << problemText << ". Error at row "
+           << element->Row() << "\n"
+           << "File: " << element->GetDocument()->Value() << "\n"
+           << rule << "\n"
+           << *element << "\n"
+           << rule << "\n";
+
+    std::cerr << report.str() << std::endl;
+
+    const std::runtime_error error(report.str());
+    const std::string description = zym::buildErrorString("[%s:%u (%s)]", "", sourcePath, sourceLine, signature);
+    throw ExceptionDescriber(description) % error;
+}
+
+} // namespace zym_internal
+
+#define ZYM_RAISE_ATTRIBUTE_ERROR(element, problemTemplate, attributeName)                                        \
+    zym_internal::throwAttributeError(element, problemTemplate, attributeName, __FILE__,                          \
+                                      static_cast<unsigned>(__LINE__), __PRETTY_FUNCTION__)
+
+namespace zym
+{
+
+// The value of one attribute of `element`; a missing or malformed attribute is reported and thrown.
+template <typename T>
+T parseAttribute(const TiXmlElement* element, const char* attributeName);
+
+template <>
+inline String parseAttribute<String>(const TiXmlElement* element, const char* attributeName)
+{
+    const char* text = element->Attribute(attributeName);
+    if (text == nullptr)
+        ZYM_RAISE_ATTRIBUTE_ERROR(element, "Could not locate attribute '%s'", attributeName);
+    return String(text);
+}
+
+// Reads "true" or "false", lower case, after optional white space; what follows the word is not looked at.
+template <>
+inline bool parseAttribute<bool>(const TiXmlElement* element, const char* attributeName)
+{
+    const char* text = element->Attribute(attributeName);
+    if (text == nullptr)
+        ZYM_RAISE_ATTRIBUTE_ERROR(element, "Could not locate attribute '%s'", attributeName);
+    std::stringstream stream(text);
+    bool value = false;
+    stream >> std::boolalpha >> value;
+    if (stream.fail())
+        ZYM_RAISE_ATTRIBUTE_ERROR(element, "Unable to parse attribute %s", attributeName);
+    return value;
+}
+
+} // namespace zym
+
+#endif // ZYM_XML_H
