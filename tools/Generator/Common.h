@@ -1,0 +1,28 @@
+#ifndef ZYM_GENERATOR_COMMON_H
+#define ZYM_GENERATOR_COMMON_H
+
+#include <zym/String.h>
+
+#include <istream>
+#include <ostream>
+
+namespace zym
+{
+namespace Generator
+{
+
+// Copies the banner file "tools/Generator/zym_copyright.txt", found through the data search
+// list, to `stream`, up to its first NUL byte. Writes nothing when there is no such file.
+void addCopyright(std::ostream& stream);
+
+// True when the two streams differ in length or in content, compared from their starts.
+bool streamdiff(std::istream& first, std::istream& second);
+
+// A copy of `text` with its first character in upper case, or in lower case.
+String capitalize(const String& text);
+String decapitalize(const String& text);
+
+} // namespace Generator
+} // namespace zym
+
+#endif // ZYM_GENERATOR_COMMON_H

@@ -1,0 +1,410 @@
+// LuaContainerGenerator: writes the package file of the Lua container classes and the header
+// of the container typedefs that it includes, both from the type map.
+//
+//   LuaContainerGenerator <target file path> <typedef file path>
+
+#include "LuaContainerGenerator.h"
+#include "Common.h"
+
+#include <zym/HashSet.h>
+#include <zym/PyString.h>
+#include <zym/Vector.h>
+#include <zym/Xml.h>
+#include <zymIO/Environment.h>
+
+#include <tinyxml.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+
+const char* TypeMapPath = "LuaContainerPrimitives.xml";
+
+namespace
+{
+
+// One row of generated text: its indentation, its pieces, a newline, and a flush.
+template <typename... Pieces>
+void writeRow(std::ostream& stream, zym::Indentation indentation, const Pieces&... pieces)
+{
+    stream << indentation;
+    ((stream << pieces), ...);
+    stream << std::endl;
+}
+
+const String& namespaceSeparator()
+{
+    static const String separator("::");
+    return separator;
+}
+
+// Opens one scope per component, each one level deeper than the one around it.
+void writeNamespaceOpenings(std::ostream& stream, zym::Indentation level, const Vector<String>& components)
+{
+    for (std::uint64_t i = 0; i < components.size(); ++i)
+    {
+        writeRow(stream, level + i, "namespace ", components[i]);
+        writeRow(stream, level + i, "{");
+    }
+}
+
+// Closes the scopes of writeNamespaceOpenings, innermost first, each at the indentation of its "{".
+void writeNamespaceClosings(std::ostream& stream, zym::Indentation level, std::uint64_t depth)
+{
+    for (std::uint64_t i = depth; i-- > 0;)
+        writeRow(stream, level + i, "}");
+}
+
+String findTypeMap()
+{
+    return zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).find(String(TypeMapPath));
+}
+
+// Loads the type map. On failure it says why and marks `stream` as failed, so that the text
+// it holds is never taken for a whole one and the file writer leaves its target alone.
+bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& stream)
+{
+    if (document.LoadFile(TIXML_ENCODING_UNKNOWN))
+        return true;
+    std::cerr << "TypeMap: Could not load " << TypeMapPath << " (full file path: '" << fullPath
+              << "'). Error on row " << document.ErrorRow() << ": " << document.ErrorDesc() << std::endl;
+    stream.setstate(std::ios::failbit);
+    return false;
+}
+
+// Builds the text in memory and only then replaces the target with it, in one write.
+void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), const char* successText)
+{
+    std::stringstream text(std::ios::in | std::ios::out);
+    generate(text);
+    if (text.fail())
+        return;
+
+    std::ofstream file(path, std::ios::out | std::ios::trunc);
+    if (file.fail())
+    {
+        std::cerr << "Could not open file'" << path << "'" << std::endl;
+        return;
+    }
+    const std::string content = text.str();
+    file.write(content.data(), static_cast<std::streamsize>(content.size()));
+    std::cout << successText << path << std::endl;
+}
+
+// An exception that leaves main ends the run with status 1. An attribute failure has printed
+// its report before it was thrown; anything else is told here in one line.
+[[noreturn]] void endOnUncaughtException()
+{
+    if (const std::exception_ptr error = std::current_exception())
+    {
+        try
+        {
+            std::rethrow_exception(error);
+        }
+        catch (const std::runtime_error&)
+        {
+        }
+        catch (const std::exception& other)
+        {
+            std::cerr << "LuaContainerGenerator: " << other.what() << std::endl;
+        }
+        catch (...)
+        {
+            std::cerr << "LuaContainerGenerator: unknown exception" << std::endl;
+        }
+    }
+    std::cout.flush();
+    std::cerr.flush();
+    std::_Exit(1);
+}
+
+} // namespace
+
+// ---------------------------------------------------------------------------------------------
+// Package file
+
+void writeContainerDeclarations(const String& path)
+{
+    writeGeneratedFile(path, writeContainerDeclarations, "Updated lua container declarations in file ");
+}
+
+void writeContainerDeclarations(std::ostream& stream)
+{
+    const String fullPath = findTypeMap();
+
+    HashSet<String> includes;
+    Vector<String> qualifiedNames;
+    for (const char* defaultInclude : {"zym/Vector.h", "zym/HashSet.h", "zymData/Array.h", "zymData/Buffer.h", "zymData/Value.h"})
+        includes.insert(String(defaultInclude));
+
+    TiXmlDocument document(fullPath.c_str());
+    if (!loadTypeMap(document, fullPath, stream))
+        return;
+
+    for (const TiXmlElement* type = document.FirstChildElement("Type"); type != nullptr;
+         type = type->NextSiblingElement("Type"))
+    {
+        const String typeName = zym::parseAttribute<String>(type, "name");
+        const String typeNamespace = zym::parseAttribute<String>(type, "namespace");
+        qualifiedNames.push_back(typeNamespace + "::" + typeName);
+        if (const char* include = type->Attribute("include"))
+            includes.insert(String(include));
+    }
+
+    const zym::Indentation level;
+    zym::Generator::addCopyright(stream);
+    for (const String& include : includes)
+        writeRow(stream, level, "$#include <", include, ">");
+    writeRow(stream, level, "$#include <zymLua/generated_container_typedefs.h>");
+    writeRow(stream, level, "$ifile \"zym/Math.tolua\"");
+    writeRow(stream, level);
+
+    for (const String& qualifiedName : qualifiedNames)
+        writeContainerDeclarations(stream, level, qualifiedName);
+}
+
+void writeContainerDeclarations(std::ostream& stream, zym::Indentation level, const String& qualifiedName)
+{
+    const int pos = pystring::rfind(qualifiedName, namespaceSeparator(), 0, 2147483647);
+    if (pos < 0)
+        return;
+    const std::size_t cut = static_cast<std::size_t>(pos);
+    const String typeNamespace = qualifiedName.substr(0, cut);
+    const String typeName = qualifiedName.substr(cut + 2);
+
+    Vector<String> components;
+    pystring::split(typeNamespace, components, namespaceSeparator(), -1);
+    const std::uint64_t depth = components.size();
+
+    writeNamespaceOpenings(stream, level, components);
+    writeVectorDeclaration(stream, level + depth, typeName, typeNamespace);
+    writeArrayDeclaration(stream, level + depth, typeName, typeNamespace);
+    writeBufferDeclaration(stream, level + depth, typeName, typeNamespace);
+    writeValueDeclaration(stream, level + depth, typeName, typeNamespace);
+    writeNamespaceClosings(stream, level, depth);
+    writeRow(stream, level);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Class declarations. Each writer is its class, row by row: `level` rows stand at the braces,
+// `member` rows one step inside.
+
+void writeVectorDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+{
+    const String className = typeName + "Vector";
+    const String qualifiedName = typeNamespace + "::" + typeName;
+    const zym::Indentation member = level + 1;
+
+    writeRow(stream, level,  "class ", className);
+    writeRow(stream, level,  "{");
+    writeRow(stream, member, className, "();");
+    writeRow(stream, member, className, "(unsigned int size);");
+    writeRow(stream, member);
+    writeRow(stream, member, qualifiedName, " at( unsigned int ) const;");
+    writeRow(stream, member, "void push_back( ", qualifiedName, " value );");
+    writeRow(stream, member, qualifiedName, " front() const;");
+    writeRow(stream, member, qualifiedName, " back() const;");
+    writeRow(stream, member, "void resize( unsigned int size );");
+    writeRow(stream, member, "void reserve( unsigned int size );");
+    writeRow(stream, member, "void clear();");
+    writeRow(stream, member, "unsigned int size() const;");
+    writeRow(stream, member, "bool empty() const;");
+    writeRow(stream, level,  "};");
+    writeRow(stream, level);
+}
+
+void writeArrayDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+{
+    const String className = typeName + "Array";
+    const String qualifiedName = typeNamespace + "::" + typeName;
+    const zym::Indentation member = level + 1;
+
+    writeRow(stream, level,  "class ", className);
+    writeRow(stream, level,  "{");
+    writeRow(stream, member, className, "();");
+    writeRow(stream, member);
+    writeRow(stream, member, qualifiedName, " at( unsigned int ) const;");
+    writeRow(stream, member, qualifiedName, " front() const;");
+    writeRow(stream, member, qualifiedName, " back() const;");
+    writeRow(stream, member, "unsigned int size() const;");
+    writeRow(stream, member, "bool empty() const;");
+    writeRow(stream, level,  "};");
+    writeRow(stream, level);
+}
+
+void writeBufferDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+{
+    const String className = typeName + "Buffer";
+    const String qualifiedName = typeNamespace + "::" + typeName;
+    const zym::Indentation member = level + 1;
+
+    writeRow(stream, level,  "class ", className, " : public zymData::Buffer");
+    writeRow(stream, level,  "{");
+    writeRow(stream, level,  "public:");
+    writeRow(stream, member, "TOLUA_REFERENCED_CLASS");
+    writeRow(stream, member, "TOLUA_PROTECTED_DESTRUCTOR");
+    writeRow(stream, member);
+    writeRow(stream, member, className, "();");
+    writeRow(stream, member, className, "(zym::Name name);");
+    writeRow(stream, member);
+    writeRow(stream, member, qualifiedName, " at( unsigned int ) const;");
+    writeRow(stream, member, "void push_back( ", qualifiedName, " value );");
+    writeRow(stream, member, qualifiedName, " front() const;");
+    writeRow(stream, member, qualifiedName, " back() const;");
+    writeRow(stream, member, "void resize( unsigned int size );");
+    writeRow(stream, member, "void reserve( unsigned int size );");
+    writeRow(stream, member, "void clear();");
+    writeRow(stream, member, "unsigned int size() const;");
+    writeRow(stream, member, "bool empty() const;");
+    writeRow(stream, member, "void commit();");
+    writeRow(stream, member, "void commit(zym::Index index);");
+    writeRow(stream, member, "void commit(zymData::IndexArray indices);");
+    writeRow(stream, member, "void commit(zym::IndexRange32 range);");
+    writeRow(stream, member, "void print() const;");
+    writeRow(stream, member, "zymData::Format *getFormat();");
+    writeRow(stream, level,  "};");
+    writeRow(stream, level);
+}
+
+// The library has no Value container of its own string type: a type named "String" gets none.
+void writeValueDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+{
+    if (typeName == "String")
+        return;
+
+    const String className = typeName + "Value";
+    const String qualifiedName = typeNamespace + "::" + typeName;
+    const zym::Indentation member = level + 1;
+
+    writeRow(stream, level,  "class ", className, " : public zymData::Value");
+    writeRow(stream, level,  "{");
+    writeRow(stream, level,  "public:");
+    writeRow(stream, member, "TOLUA_REFERENCED_CLASS");
+    writeRow(stream, member, "TOLUA_PROTECTED_DESTRUCTOR");
+    writeRow(stream, member);
+    writeRow(stream, member, className, "();");
+    writeRow(stream, member, className, "(zym::Name name);");
+    writeRow(stream, member, className, "(", qualifiedName, " value);");
+    writeRow(stream, member, className, "(zym::Name name, ", qualifiedName, " value);");
+    writeRow(stream, member);
+    writeRow(stream, member, "void set(", qualifiedName, " value);");
+    writeRow(stream, member, qualifiedName, " get() const;");
+    writeRow(stream, member, "zymData::Format *getFormat();");
+    writeRow(stream, level,  "};");
+    writeRow(stream, level);
+}
+
+// Not part of the package file: the library binds no hash set container yet.
+void writeHashSetDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+{
+    const String className = typeName + "Hash";
+    const String qualifiedName = typeNamespace + "::" + typeName;
+    const zym::Indentation member = level + 1;
+
+    writeRow(stream, level,  "class ", className);
+    writeRow(stream, level,  "{");
+    writeRow(stream, member, className, "();");
+    writeRow(stream, member);
+    writeRow(stream, member, "struct iterator {};");
+    writeRow(stream, member, "struct const_iterator {};");
+    writeRow(stream, member);
+    writeRow(stream, member, "const_iterator end @ End();");
+    writeRow(stream, member, "const_iterator begin @ Begin();");
+    writeRow(stream, member, "void insert( ", qualifiedName, " value );");
+    writeRow(stream, member, "bool contains( ", qualifiedName, " value );");
+    writeRow(stream, member, "unsigned int size() const;");
+    writeRow(stream, member, "bool empty() const;");
+    writeRow(stream, level,  "};");
+    writeRow(stream, level);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Typedef header
+
+void writeContainerTypedefs(const String& path)
+{
+    writeGeneratedFile(path, writeContainerTypedefs, "Updated lua container typedefs in file ");
+}
+
+void writeContainerTypedefs(std::ostream& stream)
+{
+    static const char* const guard = "ZYMLUA_GENERATED_CONTAINER_TYPEDEFS_H";
+    const String fullPath = findTypeMap();
+    const zym::Indentation level;
+
+    // The banner row: the banner's own bytes, then the row's newline.
+    zym::Generator::addCopyright(stream);
+    writeRow(stream, level);
+    writeRow(stream, level, "#ifndef ", guard);
+    writeRow(stream, level, "#define ", guard);
+    writeRow(stream, level);
+    writeRow(stream, level, "#include <zym/Vec2.h>");
+    writeRow(stream, level, "#include <zym/Vec3.h>");
+    writeRow(stream, level, "#include <zym/Vec4.h>");
+    writeRow(stream, level, "#include <zym/Matrix3x3.h>");
+    writeRow(stream, level, "#include <zym/AffineMatrix4x4.h>");
+    writeRow(stream, level, "#include <zym/Quat.h>");
+    writeRow(stream, level, "#include <zym/Uuid.h>");
+    writeRow(stream, level);
+
+    TiXmlDocument document(fullPath.c_str());
+    if (!loadTypeMap(document, fullPath, stream))
+        return;
+
+    for (const TiXmlElement* type = document.FirstChildElement("Type"); type != nullptr;
+         type = type->NextSiblingElement("Type"))
+    {
+        const String typeName = zym::parseAttribute<String>(type, "name");
+        const String typeNamespace = zym::parseAttribute<String>(type, "namespace");
+        const bool isPOD = type->Attribute("isPOD") == nullptr || zym::parseAttribute<bool>(type, "isPOD");
+
+        Vector<String> components;
+        pystring::split(typeNamespace, components, namespaceSeparator(), -1);
+        const std::uint64_t depth = components.size();
+        const String qualifiedName = typeNamespace + "::" + typeName;
+        const char* const podSuffix = isPOD ? "POD" : "";
+
+        const zym::Indentation inner = level + depth;
+
+        writeNamespaceOpenings(stream, level, components);
+        writeRow(stream, inner, "typedef zym::Vector", podSuffix, "< ", qualifiedName, " > ", typeName, "Vector;");
+        writeRow(stream, inner, "typedef zymData::Array< ", qualifiedName, " > ", typeName, "Array;");
+        writeRow(stream, inner, "typedef zymData::BufferT< ", qualifiedName, " > ", typeName, "Buffer;");
+        writeRow(stream, inner, "typedef zymData::ValueT< ", qualifiedName, " > ", typeName, "Value;");
+        writeNamespaceClosings(stream, level, depth);
+        writeRow(stream, level);
+    }
+
+    writeRow(stream, level);
+    writeRow(stream, level, "#endif //", guard);
+}
+
+// ---------------------------------------------------------------------------------------------
+
+int main(int argc, char** argv)
+{
+    std::set_terminate(endOnUncaughtException);
+
+    if (argc <= 2)
+    {
+        const char* programName = argc > 0 && argv[0] != nullptr ? argv[0] : "";
+        std::cerr << "Usage: " << programName << "<target file path> <typedef file path>" << std::endl;
+        return -1;
+    }
+
+    zymIO::Environment& environment = zymIO::Environment::instance();
+    environment.getFilePath(zymIO::Environment::DataFilePath).pushbackPath(SourceRootPath);
+    environment.getFilePath(zymIO::Environment::DataFilePath).pushbackPath(String::format("%s/data", SourceRootPath));
+    environment.getFilePath(zymIO::Environment::ComponentFilePath).pushbackPath(SourceRootPath);
+    environment.getFilePath(zymIO::Environment::ComponentFilePath).pushbackPath(String::format("%s/Components/zym", SourceRootPath));
+
+    const String targetFilePath(argv[1]);
+    const String typedefFilePath(argv[2]);
+    writeContainerDeclarations(targetFilePath);
+    writeContainerTypedefs(typedefFilePath);
+    return 0;
+}
