@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Builds the tool and runs it on the shipped type map; the outputs go to build/generated/zymLua/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-dependencies.sh cmake g++ pkg-config libtinyxml-dev libpystring-dev libgtest-dev
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build build --target LuaContainerGenerator -j "$(nproc)"
+
+mkdir -p build/generated/zymLua
+build/tools/Generator/LuaContainerGenerator \
+  build/generated/zymLua/generated_containers.pkg \
+  build/generated/zymLua/generated_container_typedefs.h
