@@ -5,6 +5,7 @@
 
 #include "LuaContainerGenerator.h"
 #include "Common.h"
+#include "XmlLimits.h"
 
 #include <zym/HashSet.h>
 #include <zym/PyString.h>
@@ -19,6 +20,7 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 
@@ -64,16 +66,23 @@ String findTypeMap()
     return zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).find(String(TypeMapPath));
 }
 
-// Loads the type map. On failure it says why and marks `stream` as failed, so that the text
-// it holds is never taken for a whole one and the file writer leaves its target alone.
-bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& stream)
+// Says why the type map could not be loaded and marks `stream` as failed, so that the text it
+// holds is never taken for a whole one and the file writer leaves its target alone.
+bool reportLoadFailure(std::ostream& stream, const String& fullPath, std::uint64_t errorRow, const char* errorDesc)
 {
-    if (document.LoadFile(TIXML_ENCODING_UNKNOWN))
-        return true;
     std::cerr << "TypeMap: Could not load " << TypeMapPath << " (full file path: '" << fullPath
-              << "'). Error on row " << document.ErrorRow() << ": " << document.ErrorDesc() << std::endl;
+              << "'). Error on row " << errorRow << ": " << errorDesc << std::endl;
     stream.setstate(std::ios::failbit);
     return false;
+}
+
+bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& stream)
+{
+    if (const std::optional<XmlLimitBreach> breach = findXmlLimitBreach(fullPath))
+        return reportLoadFailure(stream, fullPath, breach->row, breach->description.c_str());
+    if (document.LoadFile(TIXML_ENCODING_UNKNOWN))
+        return true;
+    return reportLoadFailure(stream, fullPath, static_cast<std::uint64_t>(document.ErrorRow()), document.ErrorDesc());
 }
 
 // Builds the text in memory and only then replaces the target with it, in one write.
