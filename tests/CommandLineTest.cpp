@@ -127,38 +127,6 @@ TEST_F(CommandLine, IgnoresSurplusArgumentsAndRewritesBothFilesOnEveryRun)
     EXPECT_EQ(firstTypedefs, typedefs());
 }
 
-TEST_F(CommandLine, ATargetThatCannotBeOpenedIsReportedAndTheOtherFileIsStillWritten)
-{
-    writeTypeMap(typeElement(R"(name="Point" namespace="geo")"));
-
-    const ToolRun missingDirectory = run({"missing/out.pkg", "out.h"});
-    EXPECT_EQ(0, missingDirectory.exitStatus);
-    EXPECT_EQ("Could not open file'missing/out.pkg'\n", missingDirectory.err);
-    EXPECT_EQ(typedefsLine + "out.h\n", missingDirectory.out);
-    EXPECT_NE("", typedefs());
-
-    const ToolRun emptyPath = run({"out.pkg", ""});
-    EXPECT_EQ(0, emptyPath.exitStatus);
-    EXPECT_EQ("Could not open file''\n", emptyPath.err);
-    EXPECT_EQ(declarationsLine + "out.pkg\n", emptyPath.out);
-    EXPECT_NE("", package());
-}
-
-TEST_F(CommandLine, AMissingTypeMapIsReportedByBothStepsAndSparesBothTargets)
-{
-    writeFile(work + "/out.pkg", "old package");
-    writeFile(work + "/out.h", "old header");
-    const std::string failure =
-        "TypeMap: Could not load LuaContainerPrimitives.xml (full file path: ''). Error on row 0: Failed to open file\n";
-
-    const ToolRun result = runToBothFiles();
-    EXPECT_EQ(0, result.exitStatus);
-    EXPECT_EQ("", result.out);
-    EXPECT_EQ(failure + failure, result.err);
-    EXPECT_EQ("old package", package());
-    EXPECT_EQ("old header", typedefs());
-}
-
 TEST_F(CommandLine, AMalformedTypeMapIsReportedWithItsPathAndRow)
 {
     writeTypeMap(typeElement(R"(name="Point" namespace="geo")") + "<Type name=\"Broken\"\n");
@@ -315,31 +283,6 @@ TEST_F(CommandLine, IncludeRowsFollowTheSetsSlotOrder)
     EXPECT_NE(std::string::npos, quatFirst.find("$#include <zym/Quat.h>\n$#include <zym/Vec3.h>\n"));
 
     EXPECT_NE(std::string::npos, includeBlock(typeElement(R"(name="A" namespace="n" include="")")).find("$#include <>\n"));
-}
-
-TEST_F(CommandLine, TwelveIncludesOfOneHashEndTheRunInOrderAndElevenWork)
-{
-    // "az" and "bU" hash alike, so all keys built of four such blocks share one hash.
-    std::string eleven, twelve;
-    for (int bits = 0; bits < 12; ++bits)
-    {
-        std::string key;
-        for (int block = 0; block < 4; ++block)
-            key += (bits >> block) & 1 ? "bU" : "az";
-        const std::string type = typeElement("name=\"T\" namespace=\"n\" include=\"" + key + "\"");
-        (bits < 11 ? eleven : twelve) += type;
-    }
-    writeTypeMap(eleven);
-    expectCleanRun(runToBothFiles());
-
-    writeFile(work + "/out.pkg", "old package");
-    writeTypeMap(eleven + twelve);
-    const ToolRun result = runToBothFiles();
-    EXPECT_EQ(1, result.exitStatus);
-    EXPECT_EQ("", result.out);
-    EXPECT_TRUE(std::regex_match(result.err, std::regex("HashSet: cannot insert '[azbU]{8}' \\(hash [0-9]+\\)[^\n]*\n")))
-        << result.err;
-    EXPECT_EQ("old package", package());
 }
 
 TEST(ShippedTypeMap, GivesTheGoldenPackageFileAndTypedefHeader)

@@ -1,6 +1,7 @@
 #include "ToolRunner.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -60,7 +61,9 @@ ToolRun runTool(const std::string& program, const std::vector<std::string>& argu
 
     ToolRun run;
     int status = 0;
-    ::waitpid(child, &status, 0);
+    struct rusage usage = {};
+    ::wait4(child, &status, 0, &usage);
+    run.peakMemoryKiB = usage.ru_maxrss;
     if (WIFEXITED(status))
         run.exitStatus = WEXITSTATUS(status);
     if (WIFSIGNALED(status))

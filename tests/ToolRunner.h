@@ -9,6 +9,7 @@ struct ToolRun
 {
     int exitStatus = -1;  // -1 when the process did not exit by itself
     int signal = 0;       // the signal that ended it, 0 when none did
+    long peakMemoryKiB = 0;
     std::string out;
     std::string err;
 };

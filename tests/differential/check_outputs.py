@@ -11,6 +11,7 @@ import argparse
 import difflib
 import os
 import random
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -181,7 +182,9 @@ def main():
         with tempfile.TemporaryDirectory() as out:
             for case in cases:
                 for p in inputs + [os.path.join(out, "containers.pkg"), os.path.join(out, "typedefs.h")]:
-                    if os.path.isfile(p):
+                    if os.path.isdir(p) and not os.path.islink(p):
+                        shutil.rmtree(p)
+                    elif os.path.lexists(p):
                         os.remove(p)
                 report, xml, text = run_case(tool, root, out, random.Random("%d/%d" % (args.seed, case)))
                 if report:
