@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
+#include <sys/resource.h>
 
 #include <filesystem>
 #include <vector>
@@ -102,4 +102,29 @@ TEST(Abort, EndsTheProcessWithAFailureStatusAfterFlushing)
             zym::abort();
         },
         testing::ExitedWithCode(1), "");
+}
+
+namespace
+{
+
+[[maybe_unused]] void formatBeyondAMemoryLimit()
+{
+    rlimit limit = {};
+    limit.rlim_cur = limit.rlim_max = 256u << 20;
+    ::setrlimit(RLIMIT_AS, &limit);
+    String::format("%400000000s", "");
+}
+
+} // namespace
+
+TEST(StringFormat, HasNoLengthLimitAndEndsInOrderWhenItCannotAllocate)
+{
+    const std::string longRoot(100000, 'r');
+    EXPECT_EQ(longRoot + "/data", String::format("%s/data", longRoot.c_str()));
+
+#ifndef ZYM_SANITIZED
+    EXPECT_EXIT(formatBeyondAMemoryLimit(), testing::ExitedWithCode(1),
+        "^\\[/.*/include/zym/String\\.h:[0-9]+\\] zymVerify failed: `ret >= 0', "
+        "Could not allocate memory for formatted string: '%400000000s'\n$");
+#endif
 }

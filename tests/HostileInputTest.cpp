@@ -141,6 +141,13 @@ std::vector<HostileCase> hostileCases()
              writeTypeMap(utf16);
          },
          bothFiles, 0, "", empty, Target::Kept, Target::Kept},
+        // Read as UTF-8, a character cut off by the end of the file would take the XML reader past its buffer.
+        {"Utf8CharacterCutOffAtTheEnd", [] { writeTypeMap("<?xml version=\"1.0\"?>\n" + goodTypeMap + "\xe9"); },
+         bothFiles, 0, "", loadFailure(typeMapPath, "3", "File ends inside a UTF-8 character\\."), Target::Kept,
+         Target::Kept},
+        {"Latin1MapEndingInAHighByte",
+         [] { writeTypeMap("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n" + goodTypeMap + "\xe9"); },
+         bothFiles, 0, written, "", Target::Written, Target::Written},
         {"FiftyMegabyteAttributeValue",
          [] { writeTypeMap("<Type name=\"A\" namespace=\"n\" include=\"" + std::string(50 << 20, 'x') + "\" />\n"); },
          bothFiles, 0, written, "", Target::Written, Target::Written,

@@ -1,5 +1,6 @@
 #include "XmlLimits.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <fstream>
@@ -30,6 +31,54 @@ bool startsElementName(unsigned char byte)
     return byte > 126 || std::isalpha(byte) || byte == '_';
 }
 
+// The number of bytes the reader takes for a character that starts with `byte`, in UTF-8.
+std::size_t utf8Length(unsigned char byte)
+{
+    return byte >= 0xc2 && byte <= 0xdf ? 2 : byte >= 0xe0 && byte <= 0xef ? 3 : byte >= 0xf0 && byte <= 0xf4 ? 4 : 1;
+}
+
+std::string lowered(std::string text)
+{
+    for (char& c : text)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
+
+// The reader takes a file as UTF-8 when it starts with a byte order mark, or once it has met an
+// XML declaration that names no encoding or names UTF-8.
+bool readAsUtf8(const std::string& text)
+{
+    if (startsWith(text, 0, "\xef\xbb\xbf"))
+        return true;
+    const auto sameLetter = [](char a, char b) {
+        return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+    };
+    const std::string marker = "<?xml";
+    const auto declaration = std::search(text.begin(), text.end(), marker.begin(), marker.end(), sameLetter);
+    if (declaration == text.end())
+        return false;
+    const std::string attributes = lowered(std::string(declaration, std::find(declaration, text.end(), '>')));
+    const std::size_t encoding = attributes.find("encoding");
+    const std::size_t quote = attributes.find_first_of("\"'", encoding == std::string::npos ? attributes.size() : encoding);
+    if (quote == std::string::npos)
+        return true;
+    const std::string name = attributes.substr(quote + 1, attributes.find(attributes[quote], quote + 1) - quote - 1);
+    return name.empty() || name == "utf-8" || name == "utf8";
+}
+
+// Whether the last character of the text, as the reader sees it once line ends are "\n", is cut
+// off by the end: the reader would then step past the end of its buffer.
+bool endsInsideUtf8Character(const std::string& text)
+{
+    std::string tail = text.substr(text.size() - std::min<std::size_t>(text.size(), 16));
+    for (std::size_t crlf; (crlf = tail.find("\r\n")) != std::string::npos;)
+        tail.erase(crlf, 1);
+    for (std::size_t i = 0; i < tail.size(); ++i)
+        if (i + utf8Length(static_cast<unsigned char>(tail[i])) > tail.size())
+            return true;
+    return false;
+}
+
 } // namespace
 
 std::optional<XmlLimitBreach> findXmlLimitBreach(const String& path, const XmlLimits& limits)
@@ -42,6 +91,9 @@ std::optional<XmlLimitBreach> findXmlLimitBreach(const String& path, const XmlLi
     const auto breach = [&text](std::size_t offset, const std::string& description) {
         return XmlLimitBreach{rowAt(text, offset), description};
     };
+
+    if (endsInsideUtf8Character(text) && readAsUtf8(text))
+        return breach(end, "File ends inside a UTF-8 character.");
 
     std::uint64_t depth = 0;
     for (std::size_t i = text.find('<'); i < end; i = text.find('<', i))

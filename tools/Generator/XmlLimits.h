@@ -6,9 +6,11 @@
 #include <cstdint>
 #include <optional>
 
-// The XML reader parses nested elements recursively, in time that grows with the square of the
-// depth, and adds each attribute of an element in time that grows with their number. A file
-// that goes past these bounds is refused before the reader sees it. Real type maps are flat.
+// What the XML reader cannot take safely. It parses nested elements recursively, in time that
+// grows with the square of the depth, and adds each attribute of an element in time that grows
+// with their number; and when it reads a file as UTF-8, a character cut off by the end of the
+// file makes it read past its buffer. A file that goes past these bounds is refused before the
+// reader sees it. Real type maps are flat, short-tagged and end in a newline.
 struct XmlLimits
 {
     std::uint64_t maxDepth = 256;
