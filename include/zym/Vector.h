@@ -2,20 +2,42 @@
 #define ZYM_VECTOR_H
 
 #include <zym/ByteAllocator.h>
+#include <zym/Core.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <new>
+#include <type_traits>
 
 namespace zym
 {
 
+namespace vector_detail
+{
+
+// The stop of at(), front() and back() outside the elements: a message, then zym::abort().
+[[noreturn]] inline void indexOutOfRange(const char* operation, std::uint64_t index, std::uint64_t size)
+{
+    std::fprintf(stderr, "Vector::%s: index %llu is out of range (size %llu)\n", operation,
+                 static_cast<unsigned long long>(index), static_cast<unsigned long long>(size));
+    zym::abort();
+}
+
+} // namespace vector_detail
+
 // A growable array whose block comes from its own allocator. Growth copies the elements into
 // the new block before it destroys the old ones.
-template <typename T, typename Allocator>
+template <typename T, typename Allocator = ByteAllocator>
 class Vector
 {
 public:
     explicit Vector(const Allocator& allocator = Allocator()) : allocator_(allocator) {}
+
+    // `size` default-constructed elements in a block of exactly that many.
+    explicit Vector(std::uint64_t size, const Allocator& allocator = Allocator()) : allocator_(allocator)
+    {
+        resize(size);
+    }
 
     Vector(const Vector&) = delete;
     Vector& operator=(const Vector&) = delete;
@@ -47,7 +69,89 @@ public:
     const T* begin() const { return data_; }
     const T* end() const { return data_ + size_; }
 
+    bool empty() const { return size_ == 0; }
+
+    // Checked access: an index outside the elements stops the process with a message.
+    T& at(std::uint64_t index)
+    {
+        checkIndex("at", index);
+        return data_[index];
+    }
+    const T& at(std::uint64_t index) const
+    {
+        checkIndex("at", index);
+        return data_[index];
+    }
+
+    T& front()
+    {
+        checkIndex("front", 0);
+        return data_[0];
+    }
+    const T& front() const
+    {
+        checkIndex("front", 0);
+        return data_[0];
+    }
+
+    T& back()
+    {
+        checkIndex("back", size_ == 0 ? 0 : size_ - 1);
+        return data_[size_ - 1];
+    }
+    const T& back() const
+    {
+        checkIndex("back", size_ == 0 ? 0 : size_ - 1);
+        return data_[size_ - 1];
+    }
+
+    // A block of exactly `capacity` elements, if the current one holds fewer; never shrinks.
+    void reserve(std::uint64_t capacity)
+    {
+        if (capacity > capacity_)
+            relocate(capacity);
+    }
+
+    // Destroys the elements behind `size`, in index order, or default-constructs the missing
+    // ones; a block that is too small is first replaced by one of exactly `size` elements.
+    void resize(std::uint64_t size)
+    {
+        if (size < size_)
+        {
+            for (std::uint64_t i = size; i < size_; ++i)
+                data_[i].~T();
+            size_ = size;
+            return;
+        }
+        reserve(size);
+        for (; size_ < size; ++size_)
+            new (data_ + size_) T();
+    }
+
+    // Destroys all elements in index order and keeps the block.
+    void clear() { resize(0); }
+
 private:
+    void checkIndex(const char* operation, std::uint64_t index) const
+    {
+        if (index >= size_)
+            vector_detail::indexOutOfRange(operation, index, size_);
+    }
+
+    // Moves the elements into a new block of `newCapacity` elements, copying all of them before
+    // destroying any, as grow() does.
+    void relocate(std::uint64_t newCapacity)
+    {
+        T* block = static_cast<T*>(allocator_.allocateBytes(newCapacity * sizeof(T), 16));
+        for (std::uint64_t i = 0; i < size_; ++i)
+            new (block + i) T(data_[i]);
+        for (std::uint64_t i = 0; i < size_; ++i)
+            data_[i].~T();
+        allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
+        data_ = block;
+        capacity_ = newCapacity;
+    }
+
     void grow()
     {
         // Doubling in single precision, as the library has always grown its arrays.
@@ -70,6 +174,17 @@ private:
     std::uint64_t capacity_ = 0;
     T* data_ = nullptr;
     Allocator allocator_;
+};
+
+// The Vector of element types that are plain data, as the typedef header names it for them.
+template <typename T, typename Allocator = ByteAllocator>
+class VectorPOD : public Vector<T, Allocator>
+{
+    static_assert(std::is_trivially_copyable<T>::value && std::is_trivially_destructible<T>::value,
+                  "VectorPOD holds trivially copyable, trivially destructible elements; use Vector");
+
+public:
+    using Vector<T, Allocator>::Vector;
 };
 
 } // namespace zym
