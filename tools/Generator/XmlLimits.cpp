@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <string>
 
 namespace
@@ -44,26 +45,36 @@ std::string lowered(std::string text)
     return text;
 }
 
-// The reader takes a file as UTF-8 when it starts with a byte order mark, or once it has met an
-// XML declaration that names no encoding or names UTF-8.
-bool readAsUtf8(const std::string& text)
+// Whether the reader may take the file as UTF-8: it does when the file starts with a byte order
+// mark, or once it has met an XML declaration that names no encoding or names UTF-8, and the
+// reading of a declaration has quirks of its own. So only a file whose every "<?xml" opens a
+// plain declaration that names another encoding is surely read byte by byte.
+bool mayBeReadAsUtf8(const std::string& text)
 {
     if (startsWith(text, 0, "\xef\xbb\xbf"))
         return true;
+    static const std::regex plainDeclaration(R"(<\?xml(\s+[a-z]+\s*=\s*("[^"]*"|'[^']*'))*\s*\?)");
+    static const std::regex encodingAttribute(R"(\sencoding\s*=\s*["']([^"']*)["'])");
     const auto sameLetter = [](char a, char b) {
         return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
     };
     const std::string marker = "<?xml";
-    const auto declaration = std::search(text.begin(), text.end(), marker.begin(), marker.end(), sameLetter);
-    if (declaration == text.end())
-        return false;
-    const std::string attributes = lowered(std::string(declaration, std::find(declaration, text.end(), '>')));
-    const std::size_t encoding = attributes.find("encoding");
-    const std::size_t quote = attributes.find_first_of("\"'", encoding == std::string::npos ? attributes.size() : encoding);
-    if (quote == std::string::npos)
-        return true;
-    const std::string name = attributes.substr(quote + 1, attributes.find(attributes[quote], quote + 1) - quote - 1);
-    return name.empty() || name == "utf-8" || name == "utf8";
+    for (auto at = text.begin(); (at = std::search(at, text.end(), marker.begin(), marker.end(), sameLetter)) != text.end();
+         ++at)
+    {
+        const auto close = std::find(at, text.end(), '>');
+        if (close - at > 1024)
+            return true;
+        const std::string declaration = lowered(std::string(at, close));
+        std::smatch encoding;
+        if (!std::regex_match(declaration, plainDeclaration) ||
+            !std::regex_search(declaration, encoding, encodingAttribute))
+            return true;
+        const std::string name = encoding[1];
+        if (name.empty() || name == "utf-8" || name == "utf8")
+            return true;
+    }
+    return false;
 }
 
 // Whether the last character of the text, as the reader sees it once line ends are "\n", is cut
@@ -92,7 +103,7 @@ std::optional<XmlLimitBreach> findXmlLimitBreach(const String& path, const XmlLi
         return XmlLimitBreach{rowAt(text, offset), description};
     };
 
-    if (endsInsideUtf8Character(text) && readAsUtf8(text))
+    if (endsInsideUtf8Character(text) && mayBeReadAsUtf8(text))
         return breach(end, "File ends inside a UTF-8 character.");
 
     std::uint64_t depth = 0;
