@@ -15,16 +15,28 @@ namespace zym
 template <typename T>
 struct HashFn;
 
-// h = h * 37 + c over the bytes of the key, each byte read as a signed char.
+// h = h * 37 + c over the bytes of the key, each byte read as a signed char. Four bytes at a
+// time the same sum is h * 37^4 + c0 * 37^3 + c1 * 37^2 + c2 * 37 + c3, whose products do not
+// wait for one another.
 template <>
 struct HashFn<String>
 {
     std::uint32_t operator()(const String& key) const
     {
+        const char* byte = key.data();
+        const char* const end = byte + key.size();
         std::uint32_t hash = 0;
-        for (const char byte : key)
-            hash = hash * 37u + static_cast<std::uint32_t>(static_cast<std::int32_t>(static_cast<signed char>(byte)));
+        for (; end - byte >= 4; byte += 4)
+            hash = hash * 1874161u + value(byte[0]) * 50653u + value(byte[1]) * 1369u + value(byte[2]) * 37u + value(byte[3]);
+        for (; byte != end; ++byte)
+            hash = hash * 37u + value(*byte);
         return hash;
+    }
+
+private:
+    static std::uint32_t value(char byte)
+    {
+        return static_cast<std::uint32_t>(static_cast<std::int32_t>(static_cast<signed char>(byte)));
     }
 };
 
@@ -44,6 +56,14 @@ inline std::uint64_t doubledRequest(std::uint64_t capacity)
 }
 
 constexpr std::uint64_t probeCount = 11;
+
+// value % capacity, in 32 bits when both fit, where the division is much cheaper.
+inline std::uint64_t remainder(std::uint64_t value, std::uint64_t capacity)
+{
+    if (((value | capacity) >> 32) == 0)
+        return static_cast<std::uint32_t>(value) % static_cast<std::uint32_t>(capacity);
+    return value % capacity;
+}
 
 } // namespace hash_set_detail
 
@@ -102,7 +122,7 @@ public:
 
             for (std::uint64_t k = 0; k < hash_set_detail::probeCount; ++k)
             {
-                const std::uint64_t index = (k * k + hash) % capacity_;
+                const std::uint64_t index = hash_set_detail::remainder(k * k + hash, capacity_);
                 Slot& slot = table[index];
                 if (slot.state == EMPTY || (slot.state == OCCUPIED && slot.key == key))
                     return place(slot, index, k, key);

@@ -17,31 +17,159 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <fstream>
 #include <iostream>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 const char* TypeMapPath = "LuaContainerPrimitives.xml";
 
 namespace
 {
 
-// One row of generated text: its indentation, its pieces, a newline, and a flush.
-template <typename... Pieces>
-void writeRow(std::ostream& stream, zym::Indentation indentation, const Pieces&... pieces)
-{
-    stream << indentation;
-    ((stream << pieces), ...);
-    stream << std::endl;
-}
-
 const String& namespaceSeparator()
 {
     static const String separator("::");
     return separator;
+}
+
+// A type's name in its namespace, as "zym::geo::Ray".
+struct QualifiedName
+{
+    std::string_view typeNamespace;
+    std::string_view typeName;
+};
+
+// A container class's name, as "RayVector".
+struct ClassName
+{
+    std::string_view typeName;
+    std::string_view container;
+};
+
+// The text of one row, gathered on the stack so that it reaches the stream's buffer in one piece,
+// or in a few for a row longer than the room.
+class RowText
+{
+public:
+    explicit RowText(std::streambuf& target) : buffer(target) {}
+
+    // Two blanks per level. At the start of a row, where the room is empty, all the blanks are
+    // copied and as many kept as the level needs: a copy of a known length is a few moves.
+    void append(zym::Indentation indentation)
+    {
+        const std::uint64_t count = 2 * indentation.level;
+        if (size == 0 && count <= blanks.size())
+        {
+            std::memcpy(room, blanks.data(), blanks.size());
+            size = static_cast<std::size_t>(count);
+        }
+        else
+            appendBlanks(count);
+    }
+
+    void append(std::string_view text)
+    {
+        if (text.size() > sizeof room - size)
+        {
+            spill();
+            if (text.size() > sizeof room)
+            {
+                put(text.data(), text.size());
+                return;
+            }
+        }
+        std::memcpy(room + size, text.data(), text.size());
+        size += text.size();
+    }
+
+    // A literal's length is known here, so that its copy is a few moves.
+    template <std::size_t length>
+    void append(const char (&text)[length])
+    {
+        append(std::string_view(text, length - 1));
+    }
+
+    void append(const QualifiedName& name)
+    {
+        append(name.typeNamespace);
+        append("::");
+        append(name.typeName);
+    }
+
+    void append(const ClassName& name)
+    {
+        append(name.typeName);
+        append(name.container);
+    }
+
+    // Ends the row with its newline and hands the rest to the buffer: false when it took less than all.
+    bool finish()
+    {
+        append("\n");
+        spill();
+        return whole;
+    }
+
+private:
+    static constexpr std::string_view blanks = "                                                                ";
+
+    void appendBlanks(std::uint64_t count)
+    {
+        for (; count > blanks.size(); count -= blanks.size())
+            append(blanks);
+        append(blanks.substr(0, static_cast<std::size_t>(count)));
+    }
+
+    void spill()
+    {
+        put(room, size);
+        size = 0;
+    }
+
+    void put(const char* text, std::size_t count)
+    {
+        const auto length = static_cast<std::streamsize>(count);
+        whole = buffer.sputn(text, length) == length && whole;
+    }
+
+    std::streambuf& buffer;
+    bool whole = true;
+    std::size_t size = 0;
+    char room[256];
+};
+
+// What std::ostream::sentry does before an output, without its out-of-line call, which costs as
+// much as the row itself: flush the tied stream, and refuse a stream that is not good.
+bool readyForOutput(std::ostream& stream)
+{
+    if (stream.tie() != nullptr && stream.good())
+        stream.tie()->flush();
+    if (stream.good())
+        return true;
+    stream.setstate(std::ios::failbit);
+    return false;
+}
+
+// One row of generated text: its indentation, its pieces and a newline, gathered and handed to
+// the stream's buffer as one output operation, then a flush, as std::endl does. A buffer that
+// takes less than the whole row leaves the stream bad, as the stream's own inserters would.
+template <typename... Pieces>
+void writeRow(std::ostream& stream, zym::Indentation indentation, const Pieces&... pieces)
+{
+    if (readyForOutput(stream))
+    {
+        RowText text(*stream.rdbuf());
+        text.append(indentation);
+        (text.append(pieces), ...);
+        if (!text.finish())
+            stream.setstate(std::ios::badbit);
+    }
+    stream.flush();
 }
 
 // Opens one scope per component, each one level deeper than the one around it.
@@ -99,8 +227,10 @@ void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), con
         std::cerr << "Could not open file'" << path << "'" << std::endl;
         return;
     }
-    const std::string content = text.str();
-    file.write(content.data(), static_cast<std::streamsize>(content.size()));
+    // The text leaves from the stream's own buffer, without a copy. The seek makes the buffer's
+    // read end catch up with all that was written, so that the whole text goes in one write.
+    text.seekg(0);
+    file << text.rdbuf();
     std::cout << successText << path << std::endl;
 }
 
@@ -204,8 +334,8 @@ void writeContainerDeclarations(std::ostream& stream, zym::Indentation level, co
 
 void writeVectorDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
 {
-    const String className = typeName + "Vector";
-    const String qualifiedName = typeNamespace + "::" + typeName;
+    const ClassName className{typeName, "Vector"};
+    const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
 
     writeRow(stream, level,  "class ", className);
@@ -228,8 +358,8 @@ void writeVectorDeclaration(std::ostream& stream, zym::Indentation level, const 
 
 void writeArrayDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
 {
-    const String className = typeName + "Array";
-    const String qualifiedName = typeNamespace + "::" + typeName;
+    const ClassName className{typeName, "Array"};
+    const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
 
     writeRow(stream, level,  "class ", className);
@@ -247,8 +377,8 @@ void writeArrayDeclaration(std::ostream& stream, zym::Indentation level, const S
 
 void writeBufferDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
 {
-    const String className = typeName + "Buffer";
-    const String qualifiedName = typeNamespace + "::" + typeName;
+    const ClassName className{typeName, "Buffer"};
+    const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
 
     writeRow(stream, level,  "class ", className, " : public zymData::Buffer");
@@ -285,8 +415,8 @@ void writeValueDeclaration(std::ostream& stream, zym::Indentation level, const S
     if (typeName == "String")
         return;
 
-    const String className = typeName + "Value";
-    const String qualifiedName = typeNamespace + "::" + typeName;
+    const ClassName className{typeName, "Value"};
+    const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
 
     writeRow(stream, level,  "class ", className, " : public zymData::Value");
@@ -310,8 +440,8 @@ void writeValueDeclaration(std::ostream& stream, zym::Indentation level, const S
 // Not part of the package file: the library binds no hash set container yet.
 void writeHashSetDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
 {
-    const String className = typeName + "Hash";
-    const String qualifiedName = typeNamespace + "::" + typeName;
+    const ClassName className{typeName, "Hash"};
+    const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
 
     writeRow(stream, level,  "class ", className);
@@ -374,9 +504,8 @@ void writeContainerTypedefs(std::ostream& stream)
         Vector<String> components;
         pystring::split(typeNamespace, components, namespaceSeparator(), -1);
         const std::uint64_t depth = components.size();
-        const String qualifiedName = typeNamespace + "::" + typeName;
-        const char* const podSuffix = isPOD ? "POD" : "";
-
+        const QualifiedName qualifiedName{typeNamespace, typeName};
+        const std::string_view podSuffix = isPOD ? "POD" : "";
         const zym::Indentation inner = level + depth;
 
         writeNamespaceOpenings(stream, level, components);

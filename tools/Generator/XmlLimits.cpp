@@ -4,7 +4,6 @@
 #include <cctype>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <regex>
 #include <string>
 
@@ -94,10 +93,14 @@ bool endsInsideUtf8Character(const std::string& text)
 
 std::optional<XmlLimitBreach> findXmlLimitBreach(const String& path, const XmlLimits& limits)
 {
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    const std::streamoff size = file.tellg();
+    if (!file || size < 0)
         return std::nullopt;
-    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::string text(static_cast<std::size_t>(size), '\0');
+    file.seekg(0);
+    file.read(text.data(), size);
+    text.resize(static_cast<std::size_t>(file.gcount()));
     const std::size_t end = text.size();
     const auto breach = [&text](std::size_t offset, const std::string& description) {
         return XmlLimitBreach{rowAt(text, offset), description};
