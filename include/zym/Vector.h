@@ -139,7 +139,7 @@ private:
     }
 
     // Moves the elements into a new block of `newCapacity` elements, copying all of them before
-    // destroying any, as grow() does.
+    // destroying any, and hands the old block back with its size.
     void relocate(std::uint64_t newCapacity)
     {
         T* block = static_cast<T*>(allocator_.allocateBytes(newCapacity * sizeof(T), 16));
@@ -156,18 +156,8 @@ private:
     {
         // Doubling in single precision, as the library has always grown its arrays.
         const float doubled = static_cast<float>(size_) * 2.0f;
-        std::uint64_t newCapacity = static_cast<std::uint64_t>(doubled);
-        if (newCapacity < 4)
-            newCapacity = 4;
-
-        T* block = static_cast<T*>(allocator_.allocateBytes(newCapacity * sizeof(T), 16));
-        for (std::uint64_t i = 0; i < size_; ++i)
-            new (block + i) T(data_[i]);
-        for (std::uint64_t i = 0; i < size_; ++i)
-            data_[i].~T();
-        allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
-        data_ = block;
-        capacity_ = newCapacity;
+        const std::uint64_t newCapacity = static_cast<std::uint64_t>(doubled);
+        relocate(newCapacity < 4 ? 4 : newCapacity);
     }
 
     std::uint64_t size_ = 0;
