@@ -127,18 +127,6 @@ TEST_F(CommandLine, IgnoresSurplusArgumentsAndRewritesBothFilesOnEveryRun)
     EXPECT_EQ(firstTypedefs, typedefs());
 }
 
-TEST_F(CommandLine, AMalformedTypeMapIsReportedWithItsPathAndRow)
-{
-    writeTypeMap(typeElement(R"(name="Point" namespace="geo")") + "<Type name=\"Broken\"\n");
-    const std::string failure = "TypeMap: Could not load LuaContainerPrimitives.xml (full file path: '" + root +
-                                "/LuaContainerPrimitives.xml'). Error on row 2: Error reading Attributes.\n";
-    const ToolRun result = runToBothFiles();
-    EXPECT_EQ(0, result.exitStatus);
-    EXPECT_EQ(failure + failure, result.err);
-    EXPECT_FALSE(fileExists(work + "/out.pkg"));
-    EXPECT_FALSE(fileExists(work + "/out.h"));
-}
-
 TEST_F(CommandLine, AMissingAttributeIsReportedWithItsRowAndQuotedNameAndTouchesNoTarget)
 {
     std::string xml = "<?xml version=\"1.0\"?>\n";
