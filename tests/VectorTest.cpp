@@ -72,8 +72,8 @@ TEST(Vector, CopiesAllElementsBeforeDestroyingAnyAndKeepsOrderAndRepeats)
             vector.push_back(Tracked(value, &log));
         log.clear();
         vector.push_back(Tracked(5, &log));
-        EXPECT_EQ((std::vector<std::string>{"copy 1", "copy 2", "copy 1", "copy 3", "destroy 1", "destroy 2",
-                                            "destroy 1", "destroy 3", "copy 5", "destroy 5"}),
+        EXPECT_EQ((std::vector<std::string>{"copy 5", "copy 1", "copy 2", "copy 1", "copy 3", "destroy 1",
+                                            "destroy 2", "destroy 1", "destroy 3", "destroy 5"}),
                   log);
         log.clear();
     }

@@ -6,8 +6,10 @@
 #include <zym/String.h>
 
 #include <cstdint>
-#include <iostream>
 #include <new>
+#include <sstream>
+#include <stdexcept>
+#include <type_traits>
 
 namespace zym
 {
@@ -57,6 +59,9 @@ inline std::uint64_t doubledRequest(std::uint64_t capacity)
 
 constexpr std::uint64_t probeCount = 11;
 
+// The most slots per key that a search that finds no place may grow the table to.
+constexpr std::uint64_t slotsPerKey = 16;
+
 // value % capacity, in 32 bits when both fit, where the division is much cheaper.
 inline std::uint64_t remainder(std::uint64_t value, std::uint64_t capacity)
 {
@@ -78,6 +83,7 @@ public:
         Key key;
         std::uint8_t state;
     };
+    static_assert(std::is_nothrow_default_constructible<Key>::value, "a new table is made of default keys");
 
     static constexpr std::uint8_t EMPTY = 0;
     static constexpr std::uint8_t OCCUPIED = 2;
@@ -128,14 +134,20 @@ public:
                     return place(slot, index, k, key);
             }
 
-            stopIfNeverPlaceable(key, hash);
-            rebuild(hash_set_detail::doubledRequest(capacity_));
+            const std::uint64_t request = hash_set_detail::doubledRequest(capacity_);
+            if (request > hash_set_detail::slotsPerKey * (mostKeys + 1))
+                refuse(key, hash);
+            rebuild(request);
         }
     }
 
+    // A key that cannot be copied leaves the set as it was: the old table stands until every key
+    // has its place in the new one.
     void rebuild(std::uint64_t requested)
     {
         const std::uint64_t oldCapacity = capacity_;
+        const std::uint64_t oldSize = size_;
+        const std::uint16_t oldLongestProbe = longestProbe;
         Slot* const oldTable = table;
 
         const int argument = requested == 0 ? 1 : static_cast<int>(static_cast<std::uint32_t>(requested));
@@ -148,13 +160,22 @@ public:
         longestProbe = 0;
 
         // A nested rebuild may replace `table` again; the old keys stay valid until the end.
-        for (std::uint64_t i = 0; i < oldCapacity; ++i)
-            if (oldTable[i].state == OCCUPIED)
-                insert(oldTable[i].key);
-
-        for (std::uint64_t i = 0; i < oldCapacity; ++i)
-            oldTable[i].~Slot();
-        allocator.deallocateBytes(oldTable, oldCapacity * sizeof(Slot));
+        try
+        {
+            for (std::uint64_t i = 0; i < oldCapacity; ++i)
+                if (oldTable[i].state == OCCUPIED)
+                    insert(oldTable[i].key);
+        }
+        catch (...)
+        {
+            destroy(table, capacity_);
+            table = oldTable;
+            capacity_ = oldCapacity;
+            size_ = oldSize;
+            longestProbe = oldLongestProbe;
+            throw;
+        }
+        destroy(oldTable, oldCapacity);
     }
 
     iterator begin() const { return iterator(this, nextOccupied(0)); }
@@ -167,11 +188,20 @@ protected:
     explicit HashSetImplementation(const Allocator& slotAllocator) : allocator(slotAllocator) {}
     ~HashSetImplementation() = default;
 
+    // Destroys all slots, index 0 upward, and hands the block back with its size.
+    void destroy(Slot* slots, std::uint64_t count)
+    {
+        for (std::uint64_t i = 0; i < count; ++i)
+            slots[i].~Slot();
+        allocator.deallocateBytes(slots, count * sizeof(Slot));
+    }
+
     std::uint64_t size_ = 0;
     std::uint64_t capacity_ = 0;
     Slot* table = nullptr;
     std::uint16_t longestProbe = 0;
     Allocator allocator;
+    std::uint64_t mostKeys = 0;  // the largest size the set has had: a rebuild starts again from 0
 
 private:
     InsertResult place(Slot& slot, std::uint64_t index, std::uint64_t probe, const Key& key)
@@ -184,6 +214,8 @@ private:
         {
             ++size_;
             slot.state = OCCUPIED;
+            if (size_ > mostKeys)
+                mostKeys = size_;
         }
         return InsertResult{iterator(this, index), alreadyPresent};
     }
@@ -195,23 +227,17 @@ private:
         return index;
     }
 
-    // All keys of one hash share the same eleven probe positions at every capacity. When eleven
-    // other keys of this hash hold all of them, no table can ever take this key: growing would
-    // go on forever, so the process stops here instead.
-    void stopIfNeverPlaceable(const Key& key, std::uint64_t hash) const
+    // Keys whose eleven probe positions other keys hold at every capacity, as twelve keys of one
+    // hash do, would grow the table until memory ran out. A search that finds no place may not
+    // grow the table past slotsPerKey slots for each key the set ever held: at that load, random
+    // keys all but never fill eleven probe positions.
+    [[noreturn]] void refuse(const Key& key, std::uint64_t hash) const
     {
-        for (std::uint64_t k = 0; k < hash_set_detail::probeCount; ++k)
-        {
-            const std::uint64_t index = (k * k + hash) % capacity_;
-            for (std::uint64_t j = 0; j < k; ++j)
-                if ((j * j + hash) % capacity_ == index)
-                    return;
-            if (Hash()(table[index].key) != hash)
-                return;
-        }
-        std::cerr << "HashSet: cannot insert '" << key << "' (hash " << hash
-                  << "): eleven other keys of that hash fill all of its probe positions" << std::endl;
-        zym::abort();
+        std::ostringstream message;
+        message << "HashSet: cannot insert '" << key << "' (hash " << hash
+                << "): other keys hold all eleven of its probe positions even in a table of " << capacity_
+                << " slots for " << size_ << " keys";
+        throw std::length_error(message.str());
     }
 };
 
@@ -225,9 +251,7 @@ public:
 
     ~HashSet()
     {
-        for (std::uint64_t i = 0; i < this->capacity_; ++i)
-            this->table[i].~Slot();
-        this->allocator.deallocateBytes(this->table, this->capacity_ * sizeof(typename Base::Slot));
+        this->destroy(this->table, this->capacity_);
         this->table = nullptr;
         this->size_ = 0;
         this->capacity_ = 0;

@@ -6,7 +6,10 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <new>
+#include <stdexcept>
+#include <string>
 #include <type_traits>
 
 namespace zym
@@ -26,7 +29,8 @@ namespace vector_detail
 } // namespace vector_detail
 
 // A growable array whose block comes from its own allocator. Growth copies the elements into
-// the new block before it destroys the old ones.
+// the new block before it destroys the old ones. A size beyond what memory can address throws
+// std::length_error, as the standard vector does.
 template <typename T, typename Allocator = ByteAllocator>
 class Vector
 {
@@ -44,8 +48,7 @@ public:
 
     ~Vector()
     {
-        for (std::uint64_t i = 0; i < size_; ++i)
-            data_[i].~T();
+        destroy(data_, size_);
         allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
         data_ = nullptr;
         capacity_ = 0;
@@ -55,9 +58,12 @@ public:
     void push_back(const T& value)
     {
         if (size_ == capacity_)
-            grow();
-        new (data_ + size_) T(value);
-        ++size_;
+            relocate(grownCapacity(), &value);
+        else
+        {
+            new (data_ + size_) T(value);
+            ++size_;
+        }
     }
 
     std::uint64_t size() const { return size_; }
@@ -139,25 +145,57 @@ private:
     }
 
     // Moves the elements into a new block of `newCapacity` elements, copying all of them before
-    // destroying any, and hands the old block back with its size.
-    void relocate(std::uint64_t newCapacity)
+    // destroying any, and hands the old block back with its size. `appended`, if given, is copied
+    // behind them first, while the old elements still stand, since it may be one of them. A copy
+    // that throws leaves the vector as it was.
+    void relocate(std::uint64_t newCapacity, const T* appended = nullptr)
     {
-        T* block = static_cast<T*>(allocator_.allocateBytes(newCapacity * sizeof(T), 16));
-        for (std::uint64_t i = 0; i < size_; ++i)
-            new (block + i) T(data_[i]);
-        for (std::uint64_t i = 0; i < size_; ++i)
-            data_[i].~T();
+        if (newCapacity > maxSize())
+            throw std::length_error("Vector: cannot hold " + std::to_string(newCapacity) + " elements");
+        T* const block = static_cast<T*>(allocator_.allocateBytes(newCapacity * sizeof(T), 16));
+        std::uint64_t copied = 0;
+        bool appendedCopied = false;
+        try
+        {
+            if (appended != nullptr)
+            {
+                new (block + size_) T(*appended);
+                appendedCopied = true;
+            }
+            for (; copied < size_; ++copied)
+                new (block + copied) T(data_[copied]);
+        }
+        catch (...)
+        {
+            destroy(block, copied);
+            if (appendedCopied)
+                block[size_].~T();
+            allocator_.deallocateBytes(block, newCapacity * sizeof(T));
+            throw;
+        }
+
+        destroy(data_, size_);
         allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
         data_ = block;
         capacity_ = newCapacity;
+        if (appendedCopied)
+            ++size_;
     }
 
-    void grow()
+    static void destroy(T* elements, std::uint64_t count)
     {
-        // Doubling in single precision, as the library has always grown its arrays.
+        for (std::uint64_t i = 0; i < count; ++i)
+            elements[i].~T();
+    }
+
+    static constexpr std::uint64_t maxSize() { return std::numeric_limits<std::size_t>::max() / sizeof(T); }
+
+    // Doubling in single precision, as the library has always grown its arrays.
+    std::uint64_t grownCapacity() const
+    {
         const float doubled = static_cast<float>(size_) * 2.0f;
         const std::uint64_t newCapacity = static_cast<std::uint64_t>(doubled);
-        relocate(newCapacity < 4 ? 4 : newCapacity);
+        return newCapacity < 4 ? 4 : newCapacity;
     }
 
     std::uint64_t size_ = 0;
