@@ -141,13 +141,8 @@ std::vector<HostileCase> hostileCases()
              writeTypeMap(utf16);
          },
          bothFiles, 0, "", empty, Target::Kept, Target::Kept},
-        // Read as UTF-8, a character cut off by the end of the file would take the XML reader past its buffer.
         {"Utf8CharacterCutOffAtTheEnd", [] { writeTypeMap("<?xml version=\"1.0\"?>\n" + goodTypeMap + "\xe9"); },
-         bothFiles, 0, "", loadFailure(typeMapPath, "3", "File ends inside a UTF-8 character\\."), Target::Kept,
-         Target::Kept},
-        {"Utf8CharacterCutOffAfterABrokenDeclaration",
-         [] { writeTypeMap("<?xml encoding \"ISO-8859-1\"?>\n" + goodTypeMap + "\xe9"); }, bothFiles, 0, "",
-         loadFailure(typeMapPath, "3", "File ends inside a UTF-8 character\\."), Target::Kept, Target::Kept},
+         bothFiles, 0, written, "", Target::Written, Target::Written},
         {"Latin1MapEndingInAHighByte",
          [] { writeTypeMap("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n" + goodTypeMap + "\xe9"); },
          bothFiles, 0, written, "", Target::Written, Target::Written},
@@ -162,7 +157,7 @@ std::vector<HostileCase> hostileCases()
                  opened += "<a>";
              writeTypeMap(goodTypeMap + opened);
          },
-         bothFiles, 0, "", loadFailure(typeMapPath, "2", "Elements nested deeper than 256 levels\\."), Target::Kept,
+         bothFiles, 0, "", loadFailure(typeMapPath, "2", "Elements nested deeper than 32 levels\\."), Target::Kept,
          Target::Kept},
         {"ThirtyThousandAttributesOnOneElement",
          [] {
@@ -171,7 +166,7 @@ std::vector<HostileCase> hostileCases()
                  attributes += " a" + std::to_string(i) + "=\"x\"";
              writeTypeMap(goodTypeMap + "<Type name=\"A\" namespace=\"n\"" + attributes + " />\n");
          },
-         bothFiles, 0, "", loadFailure(typeMapPath, "2", "More than 256 attributes on one element\\."), Target::Kept,
+         bothFiles, 0, "", loadFailure(typeMapPath, "2", "More than 32 attributes on one element\\."), Target::Kept,
          Target::Kept},
         {"TwoHundredThousandTypes",
          [] {

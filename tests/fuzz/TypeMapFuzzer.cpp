@@ -2,12 +2,10 @@
 // arbitrary keys (the lines of the same input), checking what must hold for any input.
 
 #include "LuaContainerGenerator.h"
-#include "XmlLimits.h"
 
 #include <zym/HashSet.h>
 #include <zymIO/Environment.h>
 
-#include <tinyxml.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -15,7 +13,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <map>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -33,48 +30,26 @@ void require(bool condition)
         std::abort();
 }
 
-// Twelve distinct keys of one hash end the process by design (the command-line tests cover
-// that stop), so such inputs are passed over.
-bool holdsTwelveKeysOfOneHash(const std::vector<std::string>& keys)
-{
-    std::map<std::uint32_t, std::set<std::string>> byHash;
-    for (const std::string& key : keys)
-    {
-        std::set<std::string>& sameHash = byHash[zym::HashFn<String>()(key)];
-        sameHash.insert(key);
-        if (sameHash.size() >= 12)
-            return true;
-    }
-    return false;
-}
-
-std::vector<std::string> includeValues(const std::string& path)
-{
-    std::vector<std::string> includes;
-    if (findXmlLimitBreach(path))
-        return includes;
-    TiXmlDocument document(path.c_str());
-    if (!document.LoadFile(TIXML_ENCODING_UNKNOWN))
-        return includes;
-    for (const TiXmlElement* type = document.FirstChildElement("Type"); type; type = type->NextSiblingElement("Type"))
-        if (const char* include = type->Attribute("include"))
-            includes.push_back(include);
-    return includes;
-}
-
+// The set against std::set. It may refuse a key only when its probe positions are all held,
+// which takes at least eleven other keys.
 void checkIncludeSet(const std::string& text)
 {
-    std::vector<std::string> keys;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);)
-        keys.push_back(line);
-    if (holdsTwelveKeysOfOneHash(keys))
-        return;
-
     HashSet<String> set;
     std::set<std::string> expected;
-    for (const std::string& key : keys)
-        require(set.insert(key).alreadyPresent == !expected.insert(key).second);
+    std::istringstream lines(text);
+    try
+    {
+        for (std::string key; std::getline(lines, key);)
+        {
+            const bool added = expected.insert(key).second;
+            require(set.insert(key).alreadyPresent == !added);
+        }
+    }
+    catch (const std::length_error&)
+    {
+        require(expected.size() >= 12);
+        return;
+    }
     require(set.size() == expected.size());
 
     std::set<std::string> walked;
@@ -83,11 +58,11 @@ void checkIncludeSet(const std::string& text)
     require(walked == expected);
 }
 
+// Whatever the text, each generator writes a whole text, or reports and marks its stream failed,
+// or raises. The package generator raises before it writes anything.
 void checkGenerators(const std::string& text)
 {
     std::ofstream(typeMapPath, std::ios::binary | std::ios::trunc) << text;
-    if (holdsTwelveKeysOfOneHash(includeValues(typeMapPath)))
-        return;
 
     std::stringstream package;
     try
@@ -95,7 +70,7 @@ void checkGenerators(const std::string& text)
         writeContainerDeclarations(package);
         require(package.fail() || package.str().find("$ifile \"zym/Math.tolua\"\n") != std::string::npos);
     }
-    catch (const std::runtime_error&)
+    catch (const std::exception&)
     {
         require(package.str().empty());
     }

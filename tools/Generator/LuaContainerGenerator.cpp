@@ -5,7 +5,7 @@
 
 #include "LuaContainerGenerator.h"
 #include "Common.h"
-#include "XmlLimits.h"
+#include "XmlFile.h"
 
 #include <zym/HashSet.h>
 #include <zym/PyString.h>
@@ -15,6 +15,10 @@
 
 #include <tinyxml.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -25,6 +29,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
+#include <typeinfo>
 
 const char* TypeMapPath = "LuaContainerPrimitives.xml";
 
@@ -35,6 +40,30 @@ const String& namespaceSeparator()
 {
     static const String separator("::");
     return separator;
+}
+
+// A type's classes stand inside one scope per namespace component, each a step further in, so
+// that its text grows with the square of their number. Real namespaces have one to three.
+constexpr std::uint64_t maxNamespaceComponents = 32;
+
+// The number of pieces that pystring::split cuts `text` into at "::".
+std::uint64_t namespaceComponentCount(std::string_view text)
+{
+    std::uint64_t count = 1;
+    for (std::size_t at = text.find("::"); at != std::string_view::npos; at = text.find("::", at + 2))
+        ++count;
+    return count;
+}
+
+// Reported like a bad attribute: one line on std::cerr, then the same text as a std::runtime_error.
+void checkNamespaceDepth(const TiXmlElement* type, std::uint64_t components)
+{
+    if (components <= maxNamespaceComponents)
+        return;
+    const std::string line = "TypeMap: the Type on row " + std::to_string(type->Row()) + " lies in more than " +
+                             std::to_string(maxNamespaceComponents) + " nested namespaces.";
+    std::cerr << line << std::endl;
+    throw std::runtime_error(line);
 }
 
 // A type's name in its namespace, as "zym::geo::Ray".
@@ -206,11 +235,9 @@ bool reportLoadFailure(std::ostream& stream, const String& fullPath, std::uint64
 
 bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& stream)
 {
-    if (const std::optional<XmlLimitBreach> breach = findXmlLimitBreach(fullPath))
-        return reportLoadFailure(stream, fullPath, breach->row, breach->description.c_str());
-    if (document.LoadFile(TIXML_ENCODING_UNKNOWN))
-        return true;
-    return reportLoadFailure(stream, fullPath, static_cast<std::uint64_t>(document.ErrorRow()), document.ErrorDesc());
+    if (const std::optional<XmlFailure> failure = loadXmlFile(document))
+        return reportLoadFailure(stream, fullPath, failure->row, failure->description.c_str());
+    return true;
 }
 
 // Builds the text in memory and only then replaces the target with it, in one write.
@@ -234,8 +261,17 @@ void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), con
     std::cout << successText << path << std::endl;
 }
 
-// An exception that leaves main ends the run with status 1. An attribute failure has printed
-// its report before it was thrown; anything else is told here in one line.
+// A standard stream that was closed is opened on /dev/null: otherwise a target would be opened
+// under its number, and the success line would be written into it.
+void keepStandardStreamsOpen()
+{
+    for (int descriptor = 0; descriptor <= 2; ++descriptor)
+        if (::fcntl(descriptor, F_GETFD) < 0 && ::open("/dev/null", O_RDWR) < 0)
+            std::_Exit(1);
+}
+
+// An exception that leaves main ends the run with status 1. A failure of the type map has printed
+// its report before it raised a plain std::runtime_error; anything else is told here in one line.
 [[noreturn]] void endOnUncaughtException()
 {
     if (const std::exception_ptr error = std::current_exception())
@@ -244,12 +280,10 @@ void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), con
         {
             std::rethrow_exception(error);
         }
-        catch (const std::runtime_error&)
-        {
-        }
         catch (const std::exception& other)
         {
-            std::cerr << "LuaContainerGenerator: " << other.what() << std::endl;
+            if (typeid(other) != typeid(std::runtime_error))
+                std::cerr << "LuaContainerGenerator: " << other.what() << std::endl;
         }
         catch (...)
         {
@@ -289,7 +323,9 @@ void writeContainerDeclarations(std::ostream& stream)
     {
         const String typeName = zym::parseAttribute<String>(type, "name");
         const String typeNamespace = zym::parseAttribute<String>(type, "namespace");
-        qualifiedNames.push_back(typeNamespace + "::" + typeName);
+        const String qualifiedName = typeNamespace + "::" + typeName;
+        checkNamespaceDepth(type, namespaceComponentCount(std::string_view(qualifiedName).substr(0, qualifiedName.rfind("::"))));
+        qualifiedNames.push_back(qualifiedName);
         if (const char* include = type->Attribute("include"))
             includes.insert(String(include));
     }
@@ -504,6 +540,7 @@ void writeContainerTypedefs(std::ostream& stream)
         Vector<String> components;
         pystring::split(typeNamespace, components, namespaceSeparator(), -1);
         const std::uint64_t depth = components.size();
+        checkNamespaceDepth(type, depth);
         const QualifiedName qualifiedName{typeNamespace, typeName};
         const std::string_view podSuffix = isPOD ? "POD" : "";
         const zym::Indentation inner = level + depth;
@@ -526,6 +563,10 @@ void writeContainerTypedefs(std::ostream& stream)
 int main(int argc, char** argv)
 {
     std::set_terminate(endOnUncaughtException);
+    keepStandardStreamsOpen();
+    // A reader that has gone, or a limit on file size, makes a write fail like any other.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 
     if (argc <= 2)
     {

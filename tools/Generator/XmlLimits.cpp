@@ -1,158 +1,193 @@
 #include "XmlLimits.h"
 
+#include <tinyxml.h>
+
 #include <algorithm>
-#include <cctype>
-#include <cstring>
-#include <fstream>
-#include <regex>
 #include <string>
 
 namespace
 {
 
-// Rows as the XML reader counts them: a line feed, or a carriage return not followed by one.
-std::uint64_t rowAt(const std::string& text, std::size_t offset)
+// The reader's own rules for white space, names and markers, which its base class keeps to itself.
+class ReaderRules : TiXmlBase
 {
-    std::uint64_t row = 1;
-    for (std::size_t i = 0; i < offset; ++i)
-        if (text[i] == '\n' || (text[i] == '\r' && (i + 1 == text.size() || text[i + 1] != '\n')))
-            ++row;
-    return row;
+public:
+    using TiXmlBase::IsAlpha;
+    using TiXmlBase::ReadName;
+    using TiXmlBase::SkipWhiteSpace;
+    using TiXmlBase::StringEqual;
+};
+
+// The node that the reader makes for the markup at `p` (TiXmlNode::Identify).
+enum class Node
+{
+    None,
+    Declaration,
+    Comment,
+    CData,
+    Unknown,
+    Element,
+};
+
+Node identify(const char* p, TiXmlEncoding encoding)
+{
+    p = ReaderRules::SkipWhiteSpace(p, encoding);
+    if (p == nullptr || *p != '<')
+        return Node::None;
+    if (ReaderRules::StringEqual(p, "<?xml", true, encoding))
+        return Node::Declaration;
+    if (ReaderRules::StringEqual(p, "<!--", false, encoding))
+        return Node::Comment;
+    if (ReaderRules::StringEqual(p, "<![CDATA[", false, encoding))
+        return Node::CData;
+    if (ReaderRules::StringEqual(p, "<!", false, encoding))
+        return Node::Unknown;
+    if (ReaderRules::IsAlpha(static_cast<unsigned char>(p[1]), encoding) || p[1] == '_')
+        return Node::Element;
+    return Node::Unknown;
 }
 
-bool startsWith(const std::string& text, std::size_t offset, const char* prefix)
+// The encoding that the reader takes from the first declaration of a document.
+TiXmlEncoding declaredEncoding(const char* name)
 {
-    return text.compare(offset, std::strlen(prefix), prefix) == 0;
+    if (*name == '\0' || ReaderRules::StringEqual(name, "UTF-8", true, TIXML_ENCODING_UNKNOWN) ||
+        ReaderRules::StringEqual(name, "UTF8", true, TIXML_ENCODING_UNKNOWN))
+        return TIXML_ENCODING_UTF8;
+    return TIXML_ENCODING_LEGACY;
 }
 
-// The reader's test for the start of an element name; bytes above 126 count as letters.
-bool startsElementName(unsigned char byte)
+// A walk of the reader's parse. Markup that holds no element goes through the reader's own parser
+// of its kind, on a node made for the purpose, so that it ends exactly where the reader's does;
+// only elements, the one kind that nests, are followed here, as TiXmlElement parses them.
+class Scan
 {
-    return byte > 126 || std::isalpha(byte) || byte == '_';
-}
+public:
+    Scan(const char* start, const XmlLimits& bounds) : text(start), limits(bounds) {}
 
-// The number of bytes the reader takes for a character that starts with `byte`, in UTF-8.
-std::size_t utf8Length(unsigned char byte)
-{
-    return byte >= 0xc2 && byte <= 0xdf ? 2 : byte >= 0xe0 && byte <= 0xef ? 3 : byte >= 0xf0 && byte <= 0xf4 ? 4 : 1;
-}
-
-std::string lowered(std::string text)
-{
-    for (char& c : text)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return text;
-}
-
-// Whether the reader may take the file as UTF-8: it does when the file starts with a byte order
-// mark, or once it has met an XML declaration that names no encoding or names UTF-8, and the
-// reading of a declaration has quirks of its own. So only a file whose every "<?xml" opens a
-// plain declaration that names another encoding is surely read byte by byte.
-bool mayBeReadAsUtf8(const std::string& text)
-{
-    if (startsWith(text, 0, "\xef\xbb\xbf"))
-        return true;
-    static const std::regex plainDeclaration(R"(<\?xml(\s+[a-z]+\s*=\s*("[^"]*"|'[^']*'))*\s*\?)");
-    static const std::regex encodingAttribute(R"(\sencoding\s*=\s*["']([^"']*)["'])");
-    const auto sameLetter = [](char a, char b) {
-        return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
-    };
-    const std::string marker = "<?xml";
-    for (auto at = text.begin(); (at = std::search(at, text.end(), marker.begin(), marker.end(), sameLetter)) != text.end();
-         ++at)
+    // TiXmlDocument::Parse.
+    std::optional<XmlFailure> run()
     {
-        const auto close = std::find(at, text.end(), '>');
-        if (close - at > 1024)
-            return true;
-        const std::string declaration = lowered(std::string(at, close));
-        std::smatch encoding;
-        if (!std::regex_match(declaration, plainDeclaration) ||
-            !std::regex_search(declaration, encoding, encodingAttribute))
-            return true;
-        const std::string name = encoding[1];
-        if (name.empty() || name == "utf-8" || name == "utf8")
-            return true;
+        const char* p = text;
+        if (*p == '\0')
+            return std::nullopt;
+        if (std::equal(p, p + 3, "\xef\xbb\xbf"))
+            encoding = TIXML_ENCODING_UTF8;
+        for (p = ReaderRules::SkipWhiteSpace(p, encoding); p != nullptr && *p != '\0' && !breach;
+             p = ReaderRules::SkipWhiteSpace(p, encoding))
+        {
+            const Node node = identify(p, encoding);
+            if (node == Node::None)
+                break;
+            if (node == Node::Declaration && encoding == TIXML_ENCODING_UNKNOWN)
+            {
+                TiXmlDeclaration declaration;
+                p = declaration.Parse(p, nullptr, encoding);
+                encoding = declaredEncoding(declaration.Encoding());
+            }
+            else
+                p = parse(node, p, 1);
+        }
+        return breach;
     }
-    return false;
-}
 
-// Whether the last character of the text, as the reader sees it once line ends are "\n", is cut
-// off by the end: the reader would then step past the end of its buffer.
-bool endsInsideUtf8Character(const std::string& text)
-{
-    std::string tail = text.substr(text.size() - std::min<std::size_t>(text.size(), 16));
-    for (std::size_t crlf; (crlf = tail.find("\r\n")) != std::string::npos;)
-        tail.erase(crlf, 1);
-    for (std::size_t i = 0; i < tail.size(); ++i)
-        if (i + utf8Length(static_cast<unsigned char>(tail[i])) > tail.size())
-            return true;
-    return false;
-}
+private:
+    // Where the reader's parse of the node at `p`, at `depth` below the document, ends; null
+    // where it fails.
+    const char* parse(Node node, const char* p, std::uint64_t depth)
+    {
+        switch (node)
+        {
+        case Node::Declaration:
+            return TiXmlDeclaration().Parse(p, nullptr, encoding);
+        case Node::Comment:
+            return TiXmlComment().Parse(p, nullptr, encoding);
+        case Node::CData:
+        {
+            TiXmlText cdata("");
+            cdata.SetCDATA(true);
+            return cdata.Parse(p, nullptr, encoding);
+        }
+        case Node::Unknown:
+            return TiXmlUnknown().Parse(p, nullptr, encoding);
+        case Node::Element:
+            return parseElement(p, depth);
+        case Node::None:
+            break;
+        }
+        return nullptr;
+    }
+
+    // TiXmlElement::Parse, from the "<" of the tag.
+    const char* parseElement(const char* tag, std::uint64_t depth)
+    {
+        if (depth > limits.maxDepth)
+            return fail(tag, "Elements nested deeper than " + std::to_string(limits.maxDepth) + " levels.");
+
+        std::string name;
+        const char* p = ReaderRules::ReadName(ReaderRules::SkipWhiteSpace(tag + 1, encoding), &name, encoding);
+        std::uint64_t attributes = 0;
+        while (p != nullptr && *p != '\0')
+        {
+            p = ReaderRules::SkipWhiteSpace(p, encoding);
+            if (p == nullptr || *p == '\0')
+                return nullptr;
+            if (*p == '/')
+                return p[1] == '>' ? p + 2 : nullptr;
+            if (*p == '>')
+                return parseEndTag(parseContent(p + 1, depth), "</" + name);
+
+            // The reader refuses a repeated attribute name; counting it all the same only ever counts more.
+            p = TiXmlAttribute().Parse(p, nullptr, encoding);
+            if (p == nullptr || *p == '\0')
+                return nullptr;
+            if (++attributes > limits.maxAttributes)
+                return fail(tag, "More than " + std::to_string(limits.maxAttributes) + " attributes on one element.");
+        }
+        return nullptr;
+    }
+
+    // TiXmlElement::ReadValue: text and nodes up to the first "</".
+    const char* parseContent(const char* p, std::uint64_t depth)
+    {
+        const char* withWhiteSpace = p;
+        for (p = ReaderRules::SkipWhiteSpace(p, encoding); p != nullptr && *p != '\0';
+             p = ReaderRules::SkipWhiteSpace(p, encoding))
+        {
+            if (*p != '<')
+                p = TiXmlText("").Parse(TiXmlBase::IsWhiteSpaceCondensed() ? p : withWhiteSpace, nullptr, encoding);
+            else if (ReaderRules::StringEqual(p, "</", false, encoding))
+                return p;
+            else
+                p = parse(identify(p, encoding), p, depth + 1);
+            withWhiteSpace = p;
+        }
+        return p;
+    }
+
+    const char* parseEndTag(const char* p, const std::string& endTag) const
+    {
+        if (p == nullptr || *p == '\0' || !ReaderRules::StringEqual(p, endTag.c_str(), false, encoding))
+            return nullptr;
+        p = ReaderRules::SkipWhiteSpace(p + endTag.size(), encoding);
+        return p != nullptr && *p == '>' ? p + 1 : nullptr;
+    }
+
+    // Rows as the reader counts them in a text whose line ends are all "\n".
+    const char* fail(const char* tag, const std::string& description)
+    {
+        breach = XmlFailure{1 + static_cast<std::uint64_t>(std::count(text, tag, '\n')), description};
+        return nullptr;
+    }
+
+    const char* const text;
+    const XmlLimits limits;
+    TiXmlEncoding encoding = TIXML_ENCODING_UNKNOWN;
+    std::optional<XmlFailure> breach;
+};
 
 } // namespace
 
-std::optional<XmlLimitBreach> findXmlLimitBreach(const String& path, const XmlLimits& limits)
+std::optional<XmlFailure> findXmlLimitBreach(const char* text, const XmlLimits& limits)
 {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    const std::streamoff size = file.tellg();
-    if (!file || size < 0)
-        return std::nullopt;
-    std::string text(static_cast<std::size_t>(size), '\0');
-    file.seekg(0);
-    file.read(text.data(), size);
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    const std::size_t end = text.size();
-    const auto breach = [&text](std::size_t offset, const std::string& description) {
-        return XmlLimitBreach{rowAt(text, offset), description};
-    };
-
-    if (endsInsideUtf8Character(text) && mayBeReadAsUtf8(text))
-        return breach(end, "File ends inside a UTF-8 character.");
-
-    std::uint64_t depth = 0;
-    for (std::size_t i = text.find('<'); i < end; i = text.find('<', i))
-    {
-        // Markup that holds no elements ends at its own terminator; one that never ends is the reader's to report.
-        const char* terminator = startsWith(text, i, "<!--")        ? "-->"
-                                 : startsWith(text, i, "<![CDATA[") ? "]]>"
-                                 : startsWith(text, i, "<!") || startsWith(text, i, "<?") || startsWith(text, i, "</") ? ">"
-                                                                                                                       : nullptr;
-        if (terminator != nullptr)
-        {
-            if (startsWith(text, i, "</") && depth > 0)
-                --depth;
-            const std::size_t close = text.find(terminator, i + 2);
-            if (close == std::string::npos)
-                return std::nullopt;
-            i = close + std::strlen(terminator);
-            continue;
-        }
-        if (i + 1 >= end || !startsElementName(static_cast<unsigned char>(text[i + 1])))
-        {
-            ++i;
-            continue;
-        }
-
-        if (++depth > limits.maxDepth)
-            return breach(i, "Elements nested deeper than " + std::to_string(limits.maxDepth) + " levels.");
-        std::uint64_t attributes = 0;
-        std::size_t j = i + 1;
-        for (; j < end && text[j] != '>'; ++j)
-        {
-            if (text[j] == '"' || text[j] == '\'')
-            {
-                j = text.find(text[j], j + 1);
-                if (j == std::string::npos)
-                    return std::nullopt;
-            }
-            else if (text[j] == '=' && ++attributes > limits.maxAttributes)
-                return breach(i, "More than " + std::to_string(limits.maxAttributes) + " attributes on one element.");
-        }
-        if (j >= end)
-            return std::nullopt;
-        if (text[j - 1] == '/')
-            --depth;
-        i = j + 1;
-    }
-    return std::nullopt;
+    return Scan(text, limits).run();
 }

@@ -8,23 +8,26 @@
 
 // What the XML reader cannot take safely. It parses nested elements recursively, in time that
 // grows with the square of the depth, and adds each attribute of an element in time that grows
-// with their number; and when it reads a file as UTF-8, a character cut off by the end of the
-// file makes it read past its buffer. A file that goes past these bounds is refused before the
-// reader sees it. Real type maps are flat, short-tagged and end in a newline.
+// with their number: a deep enough file overflows its stack, and many attributes take minutes.
+// Real type maps are one or two levels deep, with four attributes to an element.
 struct XmlLimits
 {
-    std::uint64_t maxDepth = 256;
-    std::uint64_t maxAttributes = 256;
+    std::uint64_t maxDepth = 32;
+    std::uint64_t maxAttributes = 32;
 };
 
-struct XmlLimitBreach
+// Why a file was not loaded, and the one-based row where that shows.
+struct XmlFailure
 {
-    std::uint64_t row;  // one-based row of the tag that went past a limit
+    std::uint64_t row;
     String description;
 };
 
-// Scans the file at `path` once, in linear time. Gives the first breach of `limits`, or nothing
-// when there is none or the file cannot be read (the reader then reports that in its own words).
-std::optional<XmlLimitBreach> findXmlLimitBreach(const String& path, const XmlLimits& limits = XmlLimits());
+// Follows the reader's own parse of `text` (as XmlText prepares it) without building anything,
+// in time linear in the text, and gives the first element that goes past `limits`, with the row
+// of its tag. The depth and attribute counts it follows are never below those of the document
+// that the reader builds from the same text, so nothing is found only when the reader stays
+// within `limits`.
+std::optional<XmlFailure> findXmlLimitBreach(const char* text, const XmlLimits& limits = XmlLimits());
 
 #endif // ZYM_GENERATOR_XMLLIMITS_H
