@@ -1,5 +1,6 @@
 #include "ToolRunner.h"
 
+#include <zym/ByteAllocator.h>
 #include <zym/Core.h>
 #include <zym/PyString.h>
 #include <zymIO/Environment.h>
@@ -121,10 +122,19 @@ TEST(StringFormat, HasNoLengthLimitAndEndsInOrderWhenItCannotAllocate)
 {
     const std::string longRoot(100000, 'r');
     EXPECT_EQ(longRoot + "/data", String::format("%s/data", longRoot.c_str()));
+    EXPECT_EQ("", String::format("%s", ""));
 
 #ifndef ZYM_SANITIZED
     EXPECT_EXIT(formatBeyondAMemoryLimit(), testing::ExitedWithCode(1),
         "^\\[/.*/include/zym/String\\.h:[0-9]+\\] zymVerify failed: `ret >= 0', "
         "Could not allocate memory for formatted string: '%400000000s'\n$");
+#endif
+}
+
+TEST(ByteAllocator, StopsWithAMessageWhenMemoryRunsOut)
+{
+#ifndef ZYM_SANITIZED
+    EXPECT_EXIT(zym::ByteAllocator().allocateBytes(std::size_t(1) << 62, 16), testing::ExitedWithCode(1),
+                "^zymCore: out of memory: could not allocate 4611686018427387904 bytes\n$");
 #endif
 }

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -127,25 +130,126 @@ TEST(HashSet, GrowsWhenElevenProbesFindNoPlaceBelowTheThreshold)
     EXPECT_EQ(5u, set.size());
 }
 
-TEST(HashSet, TakesElevenKeysOfOneHashAndStopsInOrderAtTheTwelfth)
+// Keys that the set can never place are refused before the table passes 64 slots per key,
+// with the key, its hash and the table it could not be placed in; the set keeps all its keys.
+TEST(HashSet, TakesElevenKeysOfOneHashAndRefusesUnplaceableKeys)
 {
     const std::vector<String> keys = keysOfOneHash(12);
-    HashSet<String> set;
-    for (std::size_t i = 0; i < 11; ++i)
-        EXPECT_FALSE(set.insert(keys[i]).alreadyPresent);
-    EXPECT_EQ(11u, set.size());
-    for (std::size_t i = 0; i < 11; ++i)
-        EXPECT_TRUE(set.insert(keys[i]).alreadyPresent);
+    const std::vector<String> squaresApart = {"azAA", "azAB", "azAE", "azAJ", "azAQ", "azAZ",
+                                              "azAe", "azBM", "azB\\", "azCH", "azC[", "bUAA"};
+    struct Case
+    {
+        const std::vector<String>& keys;
+        std::string refusal;
+    };
+    for (const Case& c : {Case{keys, "HashSet: cannot insert 'bUbUazbU' (hash 2133336812): other keys hold all eleven of its "
+                                     "probe positions even in a table of 673 slots for 11 keys"},
+                          Case{squaresApart, "HashSet: cannot insert 'bUAA' (hash 5082829): other keys hold all eleven "
+                                             "of its probe positions even in a table of 673 slots for 11 keys"}})
+    {
+        HashSet<String> set;
+        for (std::size_t i = 0; i < 11; ++i)
+            EXPECT_FALSE(set.insert(c.keys[i]).alreadyPresent);
+        for (std::size_t i = 0; i < 11; ++i)
+            EXPECT_TRUE(set.insert(c.keys[i]).alreadyPresent);
+        try
+        {
+            set.insert(c.keys[11]);
+            ADD_FAILURE() << "the twelfth key was placed";
+        }
+        catch (const std::length_error& error)
+        {
+            EXPECT_EQ(c.refusal, error.what());
+        }
+        std::vector<String> held;
+        for (const String& key : set)
+            held.push_back(key);
+        std::sort(held.begin(), held.end());
+        std::vector<String> inserted(c.keys.begin(), c.keys.begin() + 11);
+        std::sort(inserted.begin(), inserted.end());
+        EXPECT_EQ(inserted, held);
+    }
+}
 
-    try
+TEST(HashSet, NeverComesNearItsBoundWithRandomKeysOrIncludePaths)
+{
+    std::mt19937 random(2026);
+    for (int kind = 0; kind < 2; ++kind)
     {
-        set.insert(keys[11]);
-        FAIL() << "the twelfth key was placed";
+        HashSet<String> set;
+        double mostSlotsPerKey = 0;
+        for (int i = 0; i < 100000; ++i)
+        {
+            String key = kind == 0 ? String(6 + random() % 35, ' ') : String::format("zym/geo/Vec%d.h", i);
+            if (kind == 0)
+                for (char& character : key)
+                    character = static_cast<char>('0' + random() % 75);
+            set.insert(key);
+            if (set.size() > 11)
+                mostSlotsPerKey = std::max(mostSlotsPerKey, double(set.capacity()) / double(set.size()));
+        }
+        EXPECT_LT(mostSlotsPerKey, 16.0) << kind;
     }
-    catch (const std::length_error& error)
+}
+
+// A key type whose copy assignment throws once `assignmentsLeft` reaches zero, and that counts
+// the keys alive.
+int assignmentsLeft = -1;
+int liveKeys = 0;
+
+struct FragileKey
+{
+    FragileKey() noexcept { ++liveKeys; }
+    FragileKey(const char* value) : text(value) { ++liveKeys; }
+    FragileKey(const FragileKey& other) : text(other.text) { ++liveKeys; }
+    ~FragileKey() { --liveKeys; }
+    FragileKey& operator=(const FragileKey& other)
     {
-        EXPECT_EQ(0u, std::string(error.what()).find("HashSet: cannot insert '" + keys[11] + "' (hash " +
-                                                     std::to_string(zym::HashFn<String>()(keys[11])) + "): "));
+        if (assignmentsLeft-- == 0)
+            throw std::runtime_error("assignment refused");
+        text = other.text;
+        return *this;
     }
-    EXPECT_EQ(11u, set.size());
+    bool operator==(const FragileKey& other) const { return text == other.text; }
+
+    std::string text;
+};
+
+std::ostream& operator<<(std::ostream& stream, const FragileKey& key)
+{
+    return stream << key.text;
+}
+
+struct FragileHash
+{
+    std::uint32_t operator()(const FragileKey& key) const { return zym::HashFn<String>()(key.text); }
+};
+
+TEST(HashSet, IsLeftAsItWasWhenAKeyCannotBeCopiedIntoANewTable)
+{
+    {
+        std::vector<std::string> calls;
+        zym::HashSet<FragileKey, FragileHash, RecordingAllocator> set{RecordingAllocator(&calls)};
+        for (const char* key : {"zym/Vector.h", "zym/HashSet.h", "zymData/Array.h", "zymData/Buffer.h", "zymData/Value.h"})
+            set.insert(key);
+        std::vector<std::string> before;
+        for (const FragileKey& key : set)
+            before.push_back(key.text);
+        calls.clear();
+
+        for (int allowed : {0, 3})
+        {
+            assignmentsLeft = allowed;
+            EXPECT_THROW(set.insert("zym/Vector.h"), std::runtime_error);
+            std::vector<std::string> after;
+            for (const FragileKey& key : set)
+                after.push_back(key.text);
+            EXPECT_EQ(before, after);
+            EXPECT_EQ(7u, set.capacity());
+        }
+        EXPECT_EQ(4u, calls.size());
+        EXPECT_EQ("deallocate block " + std::to_string(17 * sizeof(zym::HashSet<FragileKey, FragileHash, RecordingAllocator>::Slot)), calls[1]);
+        assignmentsLeft = -1;
+    }
+    EXPECT_EQ(0, liveKeys);
 }

@@ -4,11 +4,14 @@
 #include <zym/ByteAllocator.h>
 
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <vector>
 
-// An allocator that writes each call into a shared log ("allocate 64 16", "deallocate 0 0"),
-// with the byte count, so that tests can hold a container's calls against the expected ones.
+// An allocator that writes each call into a shared log ("allocate 64 16", "deallocate block 64",
+// "deallocate null 0"), so that tests can hold a container's calls against the expected ones. It
+// overwrites each block it takes back, so that a container that reads a block it has handed back
+// reads garbage.
 class RecordingAllocator
 {
 public:
@@ -23,6 +26,8 @@ public:
     void deallocateBytes(void* block, std::size_t byteCount)
     {
         record(std::string("deallocate ") + (block ? "block " : "null ") + std::to_string(byteCount));
+        if (block != nullptr)
+            std::memset(block, 0xdd, byteCount);
         zym::ByteAllocator().deallocateBytes(block, byteCount);
     }
 

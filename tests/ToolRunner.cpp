@@ -5,7 +5,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -35,10 +34,23 @@ std::string readAll(int descriptor)
     return content;
 }
 
+// The descriptor the child's standard output goes to, or -1 for none.
+int outputDescriptor(Output output, int file)
+{
+    if (output == Output::File)
+        return file;
+    if (output == Output::Closed)
+        return -1;
+    int ends[2];
+    if (::pipe(ends) != 0)
+        throw std::runtime_error("pipe failed");
+    ::close(ends[0]);
+    return ends[1];
+}
+
 } // namespace
 
-ToolRun runTool(const std::string& program, const std::vector<std::string>& arguments,
-                const std::string& workingDirectory)
+ToolRun runTool(const std::string& program, const std::vector<std::string>& arguments, const RunOptions& options)
 {
     std::vector<char*> argv;
     argv.push_back(const_cast<char*>(program.c_str()));
@@ -48,16 +60,23 @@ ToolRun runTool(const std::string& program, const std::vector<std::string>& argu
 
     const int out = temporaryFile();
     const int err = temporaryFile();
+    const int stdoutDescriptor = outputDescriptor(options.output, out);
     const pid_t child = ::fork();
     if (child == 0)
     {
         const int input = ::open("/dev/null", O_RDONLY);
-        if (input < 0 || ::dup2(input, 0) < 0 || ::dup2(out, 1) < 0 || ::dup2(err, 2) < 0 ||
-            ::chdir(workingDirectory.c_str()) != 0)
+        const rlimit fileSize = {options.fileSizeLimit, options.fileSizeLimit};
+        if (input < 0 || ::dup2(input, 0) < 0 || ::dup2(err, 2) < 0 || ::chdir(options.workingDirectory.c_str()) != 0 ||
+            (options.fileSizeLimit != 0 && ::setrlimit(RLIMIT_FSIZE, &fileSize) != 0) ||
+            (stdoutDescriptor >= 0 ? ::dup2(stdoutDescriptor, 1) < 0 : ::close(1) != 0))
             ::_exit(126);
+        for (int descriptor = 3; descriptor < 64; ++descriptor)
+            ::close(descriptor);
         ::execv(program.c_str(), argv.data());
         ::_exit(127);
     }
+    if (stdoutDescriptor >= 0 && stdoutDescriptor != out)
+        ::close(stdoutDescriptor);
 
     ToolRun run;
     int status = 0;
@@ -85,9 +104,4 @@ void writeFile(const std::string& path, const std::string& content)
 {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
-}
-
-bool fileExists(const std::string& path)
-{
-    return std::filesystem::exists(path);
 }
