@@ -1,30 +1,33 @@
 # Generation of the Lua container package file and typedef header as part of a library's build.
 #
-#   lua_container_generate(<var> [OUTPUT_DIRECTORY <dir>] [TOOL <target>])
+#   lua_container_generate(<var> [OUTPUT_DIRECTORY <dir>] [TOOL <tool target>] [TARGET <name>])
 #
-# Adds to the calling directory a custom command that runs the tool (the target TOOL, by
-# default LuaContainerGenerator) and sets in the caller's scope:
+# Sets in the caller's scope:
 #
-#   <var>              the files to add to one target of the calling directory: the package
-#                      file, the typedef header, and the stamp file whose rule produces both
+#   <var>              the package file and the typedef header
 #   <var>_PACKAGE      the package file, <dir>/zymLua/generated_containers.pkg
 #   <var>_TYPEDEFS     the typedef header, <dir>/zymLua/generated_container_typedefs.h
 #   <var>_INCLUDE_DIR  <dir>, from which the package file's row
 #                      $#include <zymLua/generated_container_typedefs.h> resolves
 #
-# <dir> is ${CMAKE_CURRENT_BINARY_DIR}/generated unless given. Add <var> to a single target:
-# each target that lists the stamp runs the command.
+# and adds the custom target <name> (by default <var>) that brings both files up to date. <dir>
+# is ${CMAKE_CURRENT_BINARY_DIR}/generated unless given; TOOL is LuaContainerGenerator unless given.
 #
-# The command runs again when the tool is rebuilt or when the type map or the banner that the
-# tool reads changes, and on nothing else. The tool looks for them under the source root it was
-# built with (ZYM_SOURCE_ROOT): LuaContainerPrimitives.xml in <root>/, else in <root>/data/, and
-# the banner tools/Generator/zym_copyright.txt below the same two directories, taking only a
-# regular file or a link to one. This function makes the same search when CMake runs, so a
-# type map or banner put later where the tool looks first counts from the next CMake run.
+# Both files are outputs of a rule of the calling directory: a custom command there may DEPEND on
+# them, and a target there may list them as sources. A target of another directory that lists
+# them is made to depend on <name>; anything else elsewhere that needs them, a custom command for
+# one, belongs to a target that must depend on <name> (add_dependencies).
 #
-# The tool rewrites both files on every run. It writes them to a staging directory beside
-# <dir>, and they are copied to <dir> only where their content changed: an unchanged output
-# keeps its time stamp and recompiles nothing.
+# The tool runs again when it is rebuilt, or when the type map or the banner that it reads
+# changes: it looks for them under the source root it was built with (ZYM_SOURCE_ROOT), the type
+# map LuaContainerPrimitives.xml in <root>/, else in <root>/data/, the banner
+# tools/Generator/zym_copyright.txt below the same two directories, and takes only a regular file
+# or a link to one. This function makes the same search when CMake runs: a type map or banner
+# put later where the tool looks first counts from the next CMake run.
+#
+# The tool writes into a staging directory beside <dir>; a file is replaced only where its
+# content changed, so that an unchanged output keeps its time stamp and nothing that depends on
+# it runs again. A run of the tool that fails, or leaves a file unwritten, fails the build.
 
 include_guard(GLOBAL)
 
@@ -33,14 +36,8 @@ include_guard(GLOBAL)
 function(_lua_container_first_file resultVar)
   foreach(candidate IN LISTS ARGN)
     if(EXISTS "${candidate}" AND NOT IS_DIRECTORY "${candidate}")
-      set(regular TRUE)
-      if(CMAKE_HOST_UNIX)
-        execute_process(COMMAND test -f "${candidate}" RESULT_VARIABLE status)
-        if(NOT status EQUAL 0)
-          set(regular FALSE)
-        endif()
-      endif()
-      if(regular)
+      execute_process(COMMAND test -f "${candidate}" RESULT_VARIABLE status)
+      if(status EQUAL 0)
         set(${resultVar} "${candidate}" PARENT_SCOPE)
         return()
       endif()
@@ -49,13 +46,47 @@ function(_lua_container_first_file resultVar)
   set(${resultVar} "" PARENT_SCOPE)
 endfunction()
 
+# Every buildsystem target below `directory`.
+function(_lua_container_targets resultVar directory)
+  get_property(targets DIRECTORY "${directory}" PROPERTY BUILDSYSTEM_TARGETS)
+  get_property(subdirectories DIRECTORY "${directory}" PROPERTY SUBDIRECTORIES)
+  foreach(subdirectory IN LISTS subdirectories)
+    _lua_container_targets(below "${subdirectory}")
+    list(APPEND targets ${below})
+  endforeach()
+  set(${resultVar} "${targets}" PARENT_SCOPE)
+endfunction()
+
+# Run once the whole tree is configured: a target outside `directory` that lists one of `files`
+# among its sources cannot see their rule, so it is made to depend on the generating target.
+function(_lua_container_connect generator directory files)
+  _lua_container_targets(targets "${CMAKE_SOURCE_DIR}")
+  foreach(target IN LISTS targets)
+    get_target_property(type ${target} TYPE)
+    get_target_property(targetDirectory ${target} SOURCE_DIR)
+    if(target STREQUAL generator OR type STREQUAL "INTERFACE_LIBRARY" OR targetDirectory STREQUAL directory)
+      continue()
+    endif()
+    get_target_property(sources ${target} SOURCES)
+    foreach(file IN LISTS files)
+      if(file IN_LIST sources)
+        add_dependencies(${target} ${generator})
+        break()
+      endif()
+    endforeach()
+  endforeach()
+endfunction()
+
 function(lua_container_generate outVar)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "OUTPUT_DIRECTORY;TOOL" "")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "OUTPUT_DIRECTORY;TOOL;TARGET" "")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "lua_container_generate: unknown arguments: ${arg_UNPARSED_ARGUMENTS}")
   endif()
   if(NOT arg_TOOL)
     set(arg_TOOL LuaContainerGenerator)
+  endif()
+  if(NOT arg_TARGET)
+    set(arg_TARGET ${outVar})
   endif()
   if(NOT TARGET ${arg_TOOL})
     message(FATAL_ERROR
@@ -81,9 +112,7 @@ function(lua_container_generate outVar)
   # A relative root is taken from the directory the command runs in, the calling binary directory.
   get_filename_component(root "${root}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_BINARY_DIR}")
 
-  _lua_container_first_file(typeMap
-    "${root}/LuaContainerPrimitives.xml"
-    "${root}/data/LuaContainerPrimitives.xml")
+  _lua_container_first_file(typeMap "${root}/LuaContainerPrimitives.xml" "${root}/data/LuaContainerPrimitives.xml")
   if(typeMap STREQUAL "")
     message(FATAL_ERROR
       "lua_container_generate: ${arg_TOOL} finds no type map: neither "
@@ -91,31 +120,40 @@ function(lua_container_generate outVar)
       "ZYM_SOURCE_ROOT names the tree that holds it.")
   endif()
   _lua_container_first_file(banner
-    "${root}/tools/Generator/zym_copyright.txt"
-    "${root}/data/tools/Generator/zym_copyright.txt")
+    "${root}/tools/Generator/zym_copyright.txt" "${root}/data/tools/Generator/zym_copyright.txt")
 
+  set(step "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/LuaContainersStep.cmake")
   set(stageDir "${outputDir}.stage")
   set(stamp "${stageDir}/generated.stamp")
-  set(stagedPackage "${stageDir}/generated_containers.pkg")
-  set(stagedTypedefs "${stageDir}/generated_container_typedefs.h")
-  set(package "${outputDir}/zymLua/generated_containers.pkg")
-  set(typedefs "${outputDir}/zymLua/generated_container_typedefs.h")
+  set(files "${outputDir}/zymLua/generated_containers.pkg" "${outputDir}/zymLua/generated_container_typedefs.h")
 
-  # The staged files are removed first: after a failure to read the type map the tool still
-  # exits with status 0 and leaves its targets as they were, and the copy then fails.
+  # The tool runs when its inputs change, and each of its files is published once it has run.
+  # One command per file: make would touch a second output of one command whenever the first
+  # changed. All steps hold a lock on the staging directory, so that where several targets of
+  # the calling directory carry these rules, as they do with make, their runs follow one another.
   add_custom_command(
     OUTPUT "${stamp}"
-    BYPRODUCTS "${package}" "${typedefs}"
-    COMMAND "${CMAKE_COMMAND}" -E make_directory "${stageDir}" "${outputDir}/zymLua"
-    COMMAND "${CMAKE_COMMAND}" -E rm -f "${stagedPackage}" "${stagedTypedefs}"
-    COMMAND ${arg_TOOL} "${stagedPackage}" "${stagedTypedefs}"
-    COMMAND "${CMAKE_COMMAND}" -E copy_if_different "${stagedPackage}" "${stagedTypedefs}" "${outputDir}/zymLua"
-    COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
-    DEPENDS ${arg_TOOL} "${typeMap}" ${banner}
+    COMMAND "${CMAKE_COMMAND}" "-DTOOL=$<TARGET_FILE:${arg_TOOL}>" "-DSTAGE=${stageDir}" -DSTEP=generate
+            -P "${step}"
+    DEPENDS ${arg_TOOL} "${typeMap}" ${banner} "${step}"
     COMMENT "Generating Lua container declarations from ${typeMap}"
     VERBATIM)
+  foreach(file IN LISTS files)
+    add_custom_command(
+      OUTPUT "${file}"
+      COMMAND "${CMAKE_COMMAND}" "-DSTAGE=${stageDir}" "-DFILE=${file}" -DSTEP=publish -P "${step}"
+      DEPENDS "${stamp}"
+      COMMENT ""
+      VERBATIM)
+  endforeach()
+  add_custom_target(${arg_TARGET} DEPENDS ${files})
+  cmake_language(EVAL CODE
+    "cmake_language(DEFER DIRECTORY \"${CMAKE_SOURCE_DIR}\" CALL _lua_container_connect
+                    [[${arg_TARGET}]] [[${CMAKE_CURRENT_SOURCE_DIR}]] [[${files}]])")
 
-  set(${outVar} "${package}" "${typedefs}" "${stamp}" PARENT_SCOPE)
+  set(${outVar} ${files} PARENT_SCOPE)
+  list(GET files 0 package)
+  list(GET files 1 typedefs)
   set(${outVar}_PACKAGE "${package}" PARENT_SCOPE)
   set(${outVar}_TYPEDEFS "${typedefs}" PARENT_SCOPE)
   set(${outVar}_INCLUDE_DIR "${outputDir}" PARENT_SCOPE)
