@@ -3,52 +3,28 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <tuple>
 
-using zym::Generator::capitalize;
-using zym::Generator::decapitalize;
-using zym::Generator::streamdiff;
+using namespace zym::Generator;
 
-TEST(Streamdiff, ComparesWholeStreamsWhereverTheyStand)
+TEST(Streamdiff, ComparesWholeStreamsWhereverTheyStandAndLeavesThemThere)
 {
-    struct Case
+    for (const auto& [first, second, differ] : {std::tuple{"", "", false}, std::tuple{"same", "same", false},
+                                                 std::tuple{"abcd", "abce", true}, std::tuple{"abc", "abcd", true},
+                                                 std::tuple{"\xff", "\x7f", true}})
     {
-        const char* first;
-        const char* second;
-        bool differ;
-    };
-    for (const Case& c : {Case{"", "", false}, Case{"same text", "same text", false}, Case{"abcd", "abce", true},
-                          Case{"abc", "abcd", true}, Case{"\xff", "\x7f", true}})
-    {
-        std::istringstream first(c.first), second(c.second);
-        EXPECT_EQ(c.differ, streamdiff(first, second)) << '"' << c.first << "\" vs \"" << c.second << '"';
+        std::istringstream a(first), b(second);
+        EXPECT_EQ(differ, streamdiff(a, b)) << '"' << first << "\" vs \"" << second << '"';
     }
-
-    std::istringstream ahead("equal contents"), behind("equal contents");
-    ahead.ignore(6);
+    std::istringstream ahead("abcdef"), behind("abcdef"), first("abcdef"), other("abcxef"), shorter("ab");
+    ahead.ignore(2);
+    other.ignore(4);
     EXPECT_FALSE(streamdiff(ahead, behind));
-}
-
-TEST(Streamdiff, LeavesGoodStreamsGoodAtTheirPositionsWhenTheyDiffer)
-{
-    std::istringstream first("abcdef"), second("abcxef"), shorter("ab");
-    first.ignore(2);
-    second.ignore(4);
-    EXPECT_TRUE(streamdiff(first, second));
-    EXPECT_TRUE(first.good() && second.good());
-    EXPECT_EQ(2, first.tellg());
-    EXPECT_EQ(4, second.tellg());
-
-    EXPECT_TRUE(streamdiff(first, shorter));
-    EXPECT_TRUE(first.good() && shorter.good());
-    EXPECT_EQ(2, first.tellg());
-    EXPECT_EQ('c', first.get());
-}
-
-TEST(Streamdiff, CountsAFailedStreamAsADifference)
-{
-    std::istringstream failed("abc"), good("abc");
+    EXPECT_TRUE(streamdiff(first, other) && streamdiff(first, shorter));
+    EXPECT_TRUE(first.good() && other.good() && shorter.good() && other.tellg() == 4);
+    std::istringstream failed("abcdef"), same("abcdef");
     failed.setstate(std::ios::failbit);
-    EXPECT_TRUE(streamdiff(failed, good));
+    EXPECT_TRUE(streamdiff(failed, same));
 }
 
 TEST(Capitalize, ChangesTheFirstCharacterOfACopyOnly)
@@ -57,10 +33,8 @@ TEST(Capitalize, ChangesTheFirstCharacterOfACopyOnly)
     EXPECT_EQ("Vector of Points", capitalize(original));
     EXPECT_EQ("vector of Points", original);
     EXPECT_EQ("vECTOR", decapitalize("VECTOR"));
-    EXPECT_EQ("", capitalize(""));
-    EXPECT_EQ("", decapitalize(""));
-    EXPECT_EQ("3d", capitalize("3d"));
-    EXPECT_EQ("Already", capitalize("Already"));
-    EXPECT_EQ("already", decapitalize("already"));
-    EXPECT_EQ("\xe9t\xe9", capitalize("\xe9t\xe9"));
+    for (const char* unchanged : {"", "3d", "Already", "\xe9t\xe9"})
+        EXPECT_EQ(unchanged, capitalize(unchanged));
+    for (const char* unchanged : {"", "already"})
+        EXPECT_EQ(unchanged, decapitalize(unchanged));
 }

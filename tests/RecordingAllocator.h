@@ -1,44 +1,25 @@
-#ifndef ZYM_TESTS_RECORDINGALLOCATOR_H
-#define ZYM_TESTS_RECORDINGALLOCATOR_H
+#pragma once
 
 #include <zym/ByteAllocator.h>
 
-#include <cstddef>
 #include <cstring>
 #include <string>
 #include <vector>
 
-// An allocator that writes each call into a shared log ("allocate 64 16", "deallocate block 64",
-// "deallocate null 0"), so that tests can hold a container's calls against the expected ones. It
-// overwrites each block it takes back, so that a container that reads a block it has handed back
-// reads garbage.
-class RecordingAllocator
+// Writes each call into a shared log ("allocate 64 16", "deallocate block 64", "deallocate null 0"),
+// and overwrites each block it takes back, so that reading a block handed back reads garbage.
+struct RecordingAllocator
 {
-public:
-    explicit RecordingAllocator(std::vector<std::string>* calls = nullptr) : log(calls) {}
-
-    void* allocateBytes(std::size_t byteCount, std::size_t alignment)
+    void* allocateBytes(std::size_t bytes, std::size_t alignment)
     {
-        record("allocate " + std::to_string(byteCount) + " " + std::to_string(alignment));
-        return zym::ByteAllocator().allocateBytes(byteCount, alignment);
+        log->push_back("allocate " + std::to_string(bytes) + " " + std::to_string(alignment));
+        return zym::ByteAllocator().allocateBytes(bytes, alignment);
     }
-
-    void deallocateBytes(void* block, std::size_t byteCount)
+    void deallocateBytes(void* block, std::size_t bytes)
     {
-        record(std::string("deallocate ") + (block ? "block " : "null ") + std::to_string(byteCount));
-        if (block != nullptr)
-            std::memset(block, 0xdd, byteCount);
-        zym::ByteAllocator().deallocateBytes(block, byteCount);
+        log->push_back(std::string(block ? "deallocate block " : "deallocate null ") + std::to_string(bytes));
+        zym::ByteAllocator().deallocateBytes(block ? std::memset(block, 0xdd, bytes) : block, bytes);
     }
-
-private:
-    void record(const std::string& call)
-    {
-        if (log)
-            log->push_back(call);
-    }
-
-    std::vector<std::string>* log;
+    static inline std::vector<std::string> unread;
+    std::vector<std::string>* log = &unread;
 };
-
-#endif // ZYM_TESTS_RECORDINGALLOCATOR_H

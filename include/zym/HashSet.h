@@ -5,7 +5,9 @@
 #include <zym/Core.h>
 #include <zym/String.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <new>
 #include <sstream>
 #include <stdexcept>
@@ -92,6 +94,12 @@ public:
     class iterator
     {
     public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = Key;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Key*;
+        using reference = const Key&;
+
         iterator(const HashSetImplementation* owner, std::uint64_t slot) : set(owner), index(slot) {}
 
         const Key& operator*() const { return set->table[index].key; }

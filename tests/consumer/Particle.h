@@ -1,35 +1,11 @@
-#ifndef CONSUMER_PARTICLE_H
-#define CONSUMER_PARTICLE_H
+#pragma once
 
 #include <zym/Name.h>
 #include <zym/Vec3.h>
 
 namespace consumer
 {
-
-struct Particle
-{
-    zym::Vec3 position;
-    zym::Vec3 velocity;
-    float mass = 1.0f;
-};
-
-// Not in the type map at first: the build check adds it.
-struct Anchor
-{
-    zym::Vec3 position;
-};
-
-namespace physics
-{
-
-struct Spring
-{
-    zym::Name name;
-    float stiffness = 0.0f;
-};
-
-} // namespace physics
+struct Particle { zym::Vec3 position; float mass = 1; };
+struct Anchor { zym::Vec3 position; };  // not in the type map until the build check adds it
+namespace physics { struct Spring { zym::Name name; float stiffness = 0; }; }
 } // namespace consumer
-
-#endif // CONSUMER_PARTICLE_H

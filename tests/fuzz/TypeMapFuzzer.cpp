@@ -1,5 +1,5 @@
-// Drives both generators in process on arbitrary type-map text, and the include set on
-// arbitrary keys (the lines of the same input), checking what must hold for any input.
+// Drives both generators in process on arbitrary type-map text, and the include set on its lines
+// against std::set, checking what must hold for any input.
 
 #include "LuaContainerGenerator.h"
 
@@ -8,16 +8,12 @@
 
 #include <unistd.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <set>
 #include <sstream>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace
 {
@@ -30,12 +26,11 @@ void require(bool condition)
         std::abort();
 }
 
-// The set against std::set. It may refuse a key only when its probe positions are all held,
-// which takes at least eleven other keys.
+// The set may refuse a key only when other keys hold its probe positions: eleven at least.
 void checkIncludeSet(const std::string& text)
 {
     HashSet<String> set;
-    std::set<std::string> expected;
+    std::set<std::string> expected, walked;
     std::istringstream lines(text);
     try
     {
@@ -47,24 +42,19 @@ void checkIncludeSet(const std::string& text)
     }
     catch (const std::length_error&)
     {
-        require(expected.size() >= 12);
-        return;
+        return require(expected.size() >= 12);
     }
-    require(set.size() == expected.size());
-
-    std::set<std::string> walked;
     for (const String& key : set)
         require(walked.insert(key).second);
-    require(walked == expected);
+    require(set.size() == expected.size() && walked == expected);
 }
 
-// Whatever the text, each generator writes a whole text, or reports and marks its stream failed,
-// or raises. The package generator raises before it writes anything.
+// Each generator writes a whole text, or marks its stream failed, or raises; the package
+// generator raises before it writes anything.
 void checkGenerators(const std::string& text)
 {
     std::ofstream(typeMapPath, std::ios::binary | std::ios::trunc) << text;
-
-    std::stringstream package;
+    std::stringstream package, typedefs;
     try
     {
         writeContainerDeclarations(package);
@@ -74,15 +64,11 @@ void checkGenerators(const std::string& text)
     {
         require(package.str().empty());
     }
-
-    std::stringstream typedefs;
     try
     {
         writeContainerTypedefs(typedefs);
-        const std::string tail = "\n#endif //ZYMLUA_GENERATED_CONTAINER_TYPEDEFS_H\n";
-        const std::string header = typedefs.str();
-        require(typedefs.fail() ||
-                (header.size() >= tail.size() && header.compare(header.size() - tail.size(), tail.size(), tail) == 0));
+        const std::string tail = "\n#endif //ZYMLUA_GENERATED_CONTAINER_TYPEDEFS_H\n", header = typedefs.str();
+        require(typedefs.fail() || (header.size() > tail.size() && header.substr(header.size() - tail.size()) == tail));
     }
     catch (const std::runtime_error&)
     {
@@ -93,13 +79,11 @@ void checkGenerators(const std::string& text)
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    const std::filesystem::path root =
-        std::filesystem::temp_directory_path() / ("zym-fuzz-" + std::to_string(::getpid()));
+    const auto root = std::filesystem::temp_directory_path() / ("zym-fuzz-" + std::to_string(::getpid()));
     std::filesystem::create_directories(root);
     typeMapPath = (root / "LuaContainerPrimitives.xml").string();
     zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).pushbackPath(root.string());
-    // The generators report bad type maps on std::cerr; the fuzzer's own report goes through stdio.
-    std::cerr.setstate(std::ios::badbit);
+    std::cerr.setstate(std::ios::badbit);  // the generators' reports; the fuzzer's own go through stdio
     return 0;
 }
 

@@ -17,30 +17,17 @@
 namespace
 {
 
-struct Shape
+// The deepest element and the most attributes on one element below `node`.
+void measure(const TiXmlNode* node, std::uint64_t depth, XmlLimits& built)
 {
-    std::uint64_t depth = 0;
-    std::uint64_t attributes = 0;
-};
-
-void measure(const TiXmlNode* node, std::uint64_t depth, Shape& shape)
-{
-    for (const TiXmlElement* element = node->FirstChildElement(); element != nullptr;
-         element = element->NextSiblingElement())
+    for (const TiXmlElement* element = node->FirstChildElement(); element; element = element->NextSiblingElement())
     {
-        shape.depth = std::max(shape.depth, depth);
         std::uint64_t attributes = 0;
-        for (const TiXmlAttribute* attribute = element->FirstAttribute(); attribute != nullptr; attribute = attribute->Next())
+        for (const TiXmlAttribute* attribute = element->FirstAttribute(); attribute; attribute = attribute->Next())
             ++attributes;
-        shape.attributes = std::max(shape.attributes, attributes);
-        measure(element, depth + 1, shape);
+        built = {std::max(built.maxDepth, depth), std::max(built.maxAttributes, attributes)};
+        measure(element, depth + 1, built);
     }
-}
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
 }
 
 } // namespace
@@ -52,13 +39,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const XmlText text(std::string_view(reinterpret_cast<const char*>(data), size));
     TiXmlDocument document;
     document.Parse(text.c_str(), nullptr, TIXML_ENCODING_UNKNOWN);
-    Shape built;
+    XmlLimits built{0, 0};
     measure(&document, 1, built);
 
     constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
-    if (built.depth > 0)
-        require(findXmlLimitBreach(text.c_str(), XmlLimits{built.depth - 1, unlimited}).has_value());
-    if (built.attributes > 0)
-        require(findXmlLimitBreach(text.c_str(), XmlLimits{unlimited, built.attributes - 1}).has_value());
+    if ((built.maxDepth > 0 && !findXmlLimitBreach(text.c_str(), {built.maxDepth - 1, unlimited})) ||
+        (built.maxAttributes > 0 && !findXmlLimitBreach(text.c_str(), {unlimited, built.maxAttributes - 1})))
+        std::abort();
     return 0;
 }

@@ -1,0 +1,102 @@
+// The library around the generated files, as small as their bindings allow: the element types
+// of the type maps, the name, index and format types, and the container templates behind the
+// typedefs. The build writes a header at each include path that the generated files and
+// zym/Math.tolua name, and each of them includes this one.
+#pragma once
+
+#include "../../include/zym/String.h"
+#include "../../include/zym/Vector.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <type_traits>
+#include <vector>
+
+namespace zym
+{
+typedef ::String String;
+struct Vec2 { float x = 0, y = 0; };
+struct Vec3 { Vec3(float a = 0, float b = 0, float c = 0) : x(a), y(b), z(c) {} float x, y, z; };
+struct Vec4 { float x = 0, y = 0, z = 0, w = 0; };
+struct Quat { float x = 0, y = 0, z = 0, w = 1; };
+struct Matrix3x3 { float m[9] = {}; };
+struct AffineMatrix4x4 { float m[12] = {}; };
+struct Uuid { std::uint8_t bytes[16] = {}; };
+namespace render { struct Color { float r = 0, g = 0, b = 0, a = 1; }; }
+namespace geo { struct Ray { Vec3 origin, direction; }; struct BoundingBox { Vec3 min, max; }; }
+// Not trivially copyable: its containers are the Vector ones.
+struct Name { Name(const char* name = "") : text(name) {} const char* c_str() const { return text.c_str(); } String text; };
+typedef std::uint32_t Index;
+struct IndexRange32 { IndexRange32(Index first, Index last) : begin(first), end(last) {} Index begin, end; };
+} // namespace zym
+
+namespace zymData
+{
+struct IndexArray { void push_back(zym::Index index) { indices.push_back(index); } std::vector<zym::Index> indices; };
+struct Format { template <typename T> static Format* of() { static Format format; return &format; } };
+
+// Made with one reference; deletes itself when release() gives back the last.
+struct Referenced
+{
+    void release() { if (--references == 0) delete this; }
+    static inline std::int64_t live = 0;
+    std::uint32_t references = 1;
+
+protected:
+    Referenced() { ++live; }
+    virtual ~Referenced() { --live; }
+};
+
+struct Buffer : Referenced
+{
+    explicit Buffer(zym::Name bufferName = {}) : name(bufferName) {}
+    void commit() { ++commits; }
+    void commit(zym::Index) { ++commits; }
+    void commit(IndexArray) { ++commits; }
+    void commit(zym::IndexRange32) { ++commits; }
+    void print() const { std::printf("%s: %u commits\n", name.c_str(), commits); }
+    zym::Name name;
+    unsigned commits = 0;
+};
+
+template <typename Base, typename T>
+struct Elements : Base
+{
+    using Base::Base;
+    const T& at(std::uint64_t index) const { return elements.at(index); }
+    const T& front() const { return elements.front(); }
+    const T& back() const { return elements.back(); }
+    std::uint64_t size() const { return elements.size(); }
+    bool empty() const { return elements.empty(); }
+    zym::Vector<T> elements;
+};
+
+struct Nothing {};
+template <typename T> struct Array : Elements<Nothing, T> {};  // made from Lua it views nothing
+
+template <typename T>
+struct BufferT : Elements<Buffer, T>
+{
+    using Elements<Buffer, T>::Elements;
+    void push_back(const T& value) { this->elements.push_back(value); }
+    void resize(std::uint64_t count) { this->elements.resize(count); }
+    void reserve(std::uint64_t count) { this->elements.reserve(count); }
+    void clear() { this->elements.clear(); }
+    Format* getFormat() { return Format::of<T>(); }
+};
+
+struct Value : Referenced {};
+
+template <typename T>
+struct ValueT : Value
+{
+    ValueT() = default;
+    explicit ValueT(zym::Name) {}
+    explicit ValueT(const T& initial) requires(!std::is_same_v<T, zym::Name>) : value(initial) {}
+    ValueT(zym::Name, const T& initial) : value(initial) {}
+    void set(const T& next) { value = next; }
+    const T& get() const { return value; }
+    Format* getFormat() { return Format::of<T>(); }
+    T value{};
+};
+} // namespace zymData
