@@ -5,6 +5,7 @@
 
 #include "LuaContainerGenerator.h"
 #include "Common.h"
+#include "Rows.h"
 #include "XmlFile.h"
 
 #include <zym/HashSet.h>
@@ -18,6 +19,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -32,6 +34,10 @@
 #include <typeinfo>
 
 const char* TypeMapPath = "LuaContainerPrimitives.xml";
+
+using zym::Generator::ClassName;
+using zym::Generator::QualifiedName;
+using zym::Generator::writeRow;
 
 namespace
 {
@@ -64,141 +70,6 @@ void checkNamespaceDepth(const TiXmlElement* type, std::uint64_t components)
                              std::to_string(maxNamespaceComponents) + " nested namespaces.";
     std::cerr << line << std::endl;
     throw std::runtime_error(line);
-}
-
-// A type's name in its namespace, as "zym::geo::Ray".
-struct QualifiedName
-{
-    std::string_view typeNamespace;
-    std::string_view typeName;
-};
-
-// A container class's name, as "RayVector".
-struct ClassName
-{
-    std::string_view typeName;
-    std::string_view container;
-};
-
-// The text of one row, gathered on the stack so that it reaches the stream's buffer in one piece,
-// or in a few for a row longer than the room.
-class RowText
-{
-public:
-    explicit RowText(std::streambuf& target) : buffer(target) {}
-
-    // Two blanks per level. At the start of a row, where the room is empty, all the blanks are
-    // copied and as many kept as the level needs: a copy of a known length is a few moves.
-    void append(zym::Indentation indentation)
-    {
-        const std::uint64_t count = 2 * indentation.level;
-        if (size == 0 && count <= blanks.size())
-        {
-            std::memcpy(room, blanks.data(), blanks.size());
-            size = static_cast<std::size_t>(count);
-        }
-        else
-            appendBlanks(count);
-    }
-
-    void append(std::string_view text)
-    {
-        if (text.size() > sizeof room - size)
-        {
-            spill();
-            if (text.size() > sizeof room)
-            {
-                put(text.data(), text.size());
-                return;
-            }
-        }
-        std::memcpy(room + size, text.data(), text.size());
-        size += text.size();
-    }
-
-    // A literal's length is known here, so that its copy is a few moves.
-    template <std::size_t length>
-    void append(const char (&text)[length])
-    {
-        append(std::string_view(text, length - 1));
-    }
-
-    void append(const QualifiedName& name)
-    {
-        append(name.typeNamespace);
-        append("::");
-        append(name.typeName);
-    }
-
-    void append(const ClassName& name)
-    {
-        append(name.typeName);
-        append(name.container);
-    }
-
-    // Ends the row with its newline and hands the rest to the buffer: false when it took less than all.
-    bool finish()
-    {
-        append("\n");
-        spill();
-        return whole;
-    }
-
-private:
-    static constexpr std::string_view blanks = "                                                                ";
-
-    void appendBlanks(std::uint64_t count)
-    {
-        for (; count > blanks.size(); count -= blanks.size())
-            append(blanks);
-        append(blanks.substr(0, static_cast<std::size_t>(count)));
-    }
-
-    void spill()
-    {
-        put(room, size);
-        size = 0;
-    }
-
-    void put(const char* text, std::size_t count)
-    {
-        const auto length = static_cast<std::streamsize>(count);
-        whole = buffer.sputn(text, length) == length && whole;
-    }
-
-    std::streambuf& buffer;
-    bool whole = true;
-    std::size_t size = 0;
-    char room[256];
-};
-
-// What std::ostream::sentry does before an output, without its out-of-line call, which costs as
-// much as the row itself: flush the tied stream, and refuse a stream that is not good.
-bool readyForOutput(std::ostream& stream)
-{
-    if (stream.tie() != nullptr && stream.good())
-        stream.tie()->flush();
-    if (stream.good())
-        return true;
-    stream.setstate(std::ios::failbit);
-    return false;
-}
-
-// One row of generated text: its indentation, its pieces and a newline, gathered and handed to
-// the stream's buffer as one output operation, then a flush, as std::endl does. A buffer that
-// takes less than the whole row leaves the stream bad, as the stream's own inserters would.
-template <typename... Pieces>
-void writeRow(std::ostream& stream, zym::Indentation indentation, const Pieces&... pieces)
-{
-    if (readyForOutput(stream))
-    {
-        RowText text(*stream.rdbuf());
-        text.append(indentation);
-        (text.append(pieces), ...);
-        if (!text.finish())
-            stream.setstate(std::ios::badbit);
-    }
-    stream.flush();
 }
 
 // Opens one scope per component, each one level deeper than the one around it.
@@ -240,10 +111,30 @@ bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& 
     return true;
 }
 
+// Room for the text that the type map makes, so that the memory stream does not grow by copying
+// what it holds: a Type with names of ordinary length writes about 2.5 KiB to the package file
+// and half a KiB to the typedef header, and an include value goes into it once. Memory that is
+// reserved and never written is never touched: too much costs address space, too little growth.
+std::string roomForText()
+{
+    std::ifstream typeMap(findTypeMap(), std::ios::binary);
+    std::uint64_t bytes = 0;
+    std::uint64_t elements = 0;
+    for (char block[1 << 16]; typeMap.read(block, sizeof block) || typeMap.gcount() > 0;)
+    {
+        const auto count = static_cast<std::size_t>(typeMap.gcount());
+        bytes += count;
+        elements += static_cast<std::uint64_t>(std::count(block, block + count, '<'));
+    }
+    std::string room;
+    room.reserve(static_cast<std::size_t>(4096 * elements + bytes + 65536));
+    return room;
+}
+
 // Builds the text in memory and only then replaces the target with it, in one write.
 void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), const char* successText)
 {
-    std::stringstream text(std::ios::in | std::ios::out);
+    std::stringstream text(roomForText(), std::ios::in | std::ios::out);
     generate(text);
     if (text.fail())
         return;
