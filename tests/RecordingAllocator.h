@@ -3,15 +3,19 @@
 #include <zym/ByteAllocator.h>
 
 #include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
 // Writes each call into a shared log ("allocate 64 16", "deallocate block 64", "deallocate null 0"),
-// and overwrites each block it takes back, so that reading a block handed back reads garbage.
+// overwrites each block it takes back, so that reading a block handed back reads garbage, and
+// runs out of memory once `blocksLeft`, if given, reaches zero.
 struct RecordingAllocator
 {
     void* allocateBytes(std::size_t bytes, std::size_t alignment)
     {
+        if (blocksLeft && (*blocksLeft)-- == 0)
+            throw std::bad_alloc();
         log->push_back("allocate " + std::to_string(bytes) + " " + std::to_string(alignment));
         return zym::ByteAllocator().allocateBytes(bytes, alignment);
     }
@@ -22,4 +26,5 @@ struct RecordingAllocator
     }
     static inline std::vector<std::string> unread;
     std::vector<std::string>* log = &unread;
+    int* blocksLeft = nullptr;
 };

@@ -12,6 +12,8 @@
 #include <sstream>
 #include <stdexcept>
 #include <type_traits>
+#include <utility>
+#include <vector>
 
 namespace zym
 {
@@ -127,31 +129,11 @@ public:
     HashSetImplementation(const HashSetImplementation&) = delete;
     HashSetImplementation& operator=(const HashSetImplementation&) = delete;
 
-    InsertResult insert(const Key& key)
-    {
-        const std::uint64_t hash = Hash()(key);
-        for (;;)
-        {
-            if (size_ >= hash_set_detail::threshold(capacity_))
-                rebuild(hash_set_detail::doubledRequest(capacity_ + 1));
+    InsertResult insert(const Key& key) { return insertKey(key); }
 
-            for (std::uint64_t k = 0; k < hash_set_detail::probeCount; ++k)
-            {
-                const std::uint64_t index = hash_set_detail::remainder(k * k + hash, capacity_);
-                Slot& slot = table[index];
-                if (slot.state == EMPTY || (slot.state == OCCUPIED && slot.key == key))
-                    return place(slot, index, k, key);
-            }
-
-            const std::uint64_t request = hash_set_detail::doubledRequest(capacity_);
-            if (request > hash_set_detail::slotsPerKey * (mostKeys + 1))
-                refuse(key, hash);
-            rebuild(request);
-        }
-    }
-
-    // A key that cannot be copied leaves the set as it was: the old table stands until every key
-    // has its place in the new one.
+    // Moves the keys to a new table where their moves cannot throw, and copies them where they
+    // can. Either way, a key that cannot be copied or placed leaves the set as it was: the old
+    // table stands until every key has its place, and moved keys go back to their old slots.
     void rebuild(std::uint64_t requested)
     {
         const std::uint64_t oldCapacity = capacity_;
@@ -168,15 +150,27 @@ public:
         size_ = 0;
         longestProbe = 0;
 
-        // A nested rebuild may replace `table` again; the old keys stay valid until the end.
+        // Where each old slot's key stands in the newest table. A nested rebuild replaces `table`
+        // and, once it is done, carries these places over to the table it made.
+        Relocation relocation{std::vector<std::uint32_t>(movesKeys ? oldCapacity : 0, unmoved), relocating};
+        relocating = &relocation;
         try
         {
             for (std::uint64_t i = 0; i < oldCapacity; ++i)
                 if (oldTable[i].state == OCCUPIED)
-                    insert(oldTable[i].key);
+                {
+                    if constexpr (movesKeys)
+                        relocation.places[i] = static_cast<std::uint32_t>(insertKey(std::move(oldTable[i].key)).position.slotIndex());
+                    else
+                        insertKey(oldTable[i].key);
+                }
         }
         catch (...)
         {
+            for (std::uint64_t i = 0; i < relocation.places.size(); ++i)
+                if (relocation.places[i] != unmoved)
+                    oldTable[i].key = std::move(table[relocation.places[i]].key);
+            relocating = relocation.outer;
             destroy(table, capacity_);
             table = oldTable;
             capacity_ = oldCapacity;
@@ -184,6 +178,11 @@ public:
             longestProbe = oldLongestProbe;
             throw;
         }
+        relocating = relocation.outer;
+        if (relocating != nullptr)
+            for (std::uint32_t& place : relocating->places)
+                if (place != unmoved)
+                    place = relocation.places[place];
         destroy(oldTable, oldCapacity);
     }
 
@@ -213,11 +212,46 @@ protected:
     std::uint64_t mostKeys = 0;  // the largest size the set has had: a rebuild starts again from 0
 
 private:
-    InsertResult place(Slot& slot, std::uint64_t index, std::uint64_t probe, const Key& key)
+    static constexpr bool movesKeys = std::is_nothrow_move_assignable<Key>::value;
+    static constexpr std::uint32_t unmoved = ~std::uint32_t(0);
+
+    struct Relocation
+    {
+        std::vector<std::uint32_t> places;
+        Relocation* outer;
+    };
+    Relocation* relocating = nullptr;  // the innermost rebuild under way
+
+    template <typename K>
+    InsertResult insertKey(K&& key)
+    {
+        const std::uint64_t hash = Hash()(key);
+        for (;;)
+        {
+            if (size_ >= hash_set_detail::threshold(capacity_))
+                rebuild(hash_set_detail::doubledRequest(capacity_ + 1));
+
+            for (std::uint64_t k = 0; k < hash_set_detail::probeCount; ++k)
+            {
+                const std::uint64_t index = hash_set_detail::remainder(k * k + hash, capacity_);
+                Slot& slot = table[index];
+                if (slot.state == EMPTY || (slot.state == OCCUPIED && slot.key == key))
+                    return place(slot, index, k, std::forward<K>(key));
+            }
+
+            const std::uint64_t request = hash_set_detail::doubledRequest(capacity_);
+            if (request > hash_set_detail::slotsPerKey * (mostKeys + 1))
+                refuse(key, hash);
+            rebuild(request);
+        }
+    }
+
+    template <typename K>
+    InsertResult place(Slot& slot, std::uint64_t index, std::uint64_t probe, K&& key)
     {
         if (probe > longestProbe)
             longestProbe = static_cast<std::uint16_t>(probe);
-        slot.key = key;
+        slot.key = std::forward<K>(key);
         const bool alreadyPresent = slot.state == OCCUPIED;
         if (!alreadyPresent)
         {

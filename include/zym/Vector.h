@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 namespace zym
 {
@@ -28,8 +29,8 @@ namespace vector_detail
 
 } // namespace vector_detail
 
-// A growable array whose block comes from its own allocator. Growth copies the elements into
-// the new block before it destroys the old ones. A size beyond what memory can address throws
+// A growable array whose block comes from its own allocator. Growth moves the elements into the
+// new block before it destroys the old ones. A size beyond what memory can address throws
 // std::length_error, as the standard vector does.
 template <typename T, typename Allocator = ByteAllocator>
 class Vector
@@ -144,10 +145,10 @@ private:
             vector_detail::indexOutOfRange(operation, index, size_);
     }
 
-    // Moves the elements into a new block of `newCapacity` elements, copying all of them before
-    // destroying any, and hands the old block back with its size. `appended`, if given, is copied
-    // behind them first, while the old elements still stand, since it may be one of them. A copy
-    // that throws leaves the vector as it was.
+    // Moves the elements into a new block of `newCapacity` elements, all of them before destroying
+    // any, and hands the old block back with its size; elements whose moves may throw are copied.
+    // `appended`, if given, is copied behind them first, while the old elements still stand, since
+    // it may be one of them. A copy that throws leaves the vector as it was.
     void relocate(std::uint64_t newCapacity, const T* appended = nullptr)
     {
         if (newCapacity > maxSize())
@@ -163,7 +164,7 @@ private:
                 appendedCopied = true;
             }
             for (; copied < size_; ++copied)
-                new (block + copied) T(data_[copied]);
+                new (block + copied) T(std::move_if_noexcept(data_[copied]));
         }
         catch (...)
         {
