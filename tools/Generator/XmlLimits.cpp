@@ -3,6 +3,7 @@
 #include <tinyxml.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 
 namespace
@@ -13,6 +14,7 @@ class ReaderRules : TiXmlBase
 {
 public:
     using TiXmlBase::IsAlpha;
+    using TiXmlBase::IsAlphaNum;
     using TiXmlBase::ReadName;
     using TiXmlBase::SkipWhiteSpace;
     using TiXmlBase::StringEqual;
@@ -137,13 +139,36 @@ private:
                 return parseEndTag(parseContent(p + 1, depth), "</" + name);
 
             // The reader refuses a repeated attribute name; counting it all the same only ever counts more.
-            p = TiXmlAttribute().Parse(p, nullptr, encoding);
+            p = parseAttribute(p);
             if (p == nullptr || *p == '\0')
                 return nullptr;
             if (++attributes > limits.maxAttributes)
                 return fail(tag, "More than " + std::to_string(limits.maxAttributes) + " attributes on one element.");
         }
         return nullptr;
+    }
+
+    // TiXmlAttribute::Parse. A name, an "=" and a value in quotes that holds no entity, nor, where
+    // the text is read as UTF-8, a byte of a character of several bytes, end behind the closing
+    // quote, as the reader would find them; anything else goes to the reader's own parser.
+    const char* parseAttribute(const char* attribute) const
+    {
+        const char* p = attribute;
+        if (!ReaderRules::IsAlpha(static_cast<unsigned char>(*p), encoding) && *p != '_')
+            return TiXmlAttribute().Parse(attribute, nullptr, encoding);
+        while (*p != '\0' && (ReaderRules::IsAlphaNum(static_cast<unsigned char>(*p), encoding) || std::strchr("_-.:", *p)))
+            ++p;
+        p = ReaderRules::SkipWhiteSpace(p, encoding);
+        if (p == nullptr || *p != '=' || (p = ReaderRules::SkipWhiteSpace(p + 1, encoding)) == nullptr ||
+            (*p != '"' && *p != '\''))
+            return TiXmlAttribute().Parse(attribute, nullptr, encoding);
+        const char* const value = p + 1;
+        const char* const end = std::strchr(value, *p);
+        if (end == nullptr || std::any_of(value, end, [this](char c) {
+                return c == '&' || (encoding == TIXML_ENCODING_UTF8 && static_cast<unsigned char>(c) >= 0x80);
+            }))
+            return TiXmlAttribute().Parse(attribute, nullptr, encoding);
+        return end[1] != '\0' ? end + 1 : nullptr;
     }
 
     // TiXmlElement::ReadValue: text and nodes up to the first "</".
