@@ -10,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -30,21 +31,15 @@ const std::string work = TEST_SOURCE_ROOT "-work";
 const std::string typeMapPath = root + "/LuaContainerPrimitives.xml";
 const std::string bannerPath = root + "/tools/Generator/zym_copyright.txt";
 
-// Where a run's standard output goes.
-enum class Output
-{
-    File,        // a file, read back into ToolRun::out
-    BrokenPipe,  // a pipe whose reader has gone
-    Closed,      // no descriptor 1 at all
-};
+// Where a run's standard output goes: a file read back, a pipe whose reader has gone, nowhere.
+enum class Output { File, BrokenPipe, Closed };
 
+// The exit status (-1 when the process did not exit by itself), the signal that ended it, if any.
 struct ToolRun
 {
-    int exitStatus = -1;  // -1 when the process did not exit by itself
-    int signal = 0;       // the signal that ended it, 0 when none did
-    long peakMemoryKiB = 0;
-    std::string out;
-    std::string err;
+    int exitStatus, signal;
+    long peakMemoryKiB;
+    std::string out, err;
 };
 
 std::string readFile(const std::string& path)
@@ -60,19 +55,11 @@ void writeFile(const std::string& path, const std::string& content)
     std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
 }
 
-int temporaryFile()
+std::string readAll(std::FILE* file)
 {
-    char name[] = "/tmp/toolrun-XXXXXX";
-    const int descriptor = ::mkstemp(name);
-    ::unlink(name);
-    return descriptor;
-}
-
-std::string readAll(int descriptor)
-{
-    std::string content(static_cast<std::size_t>(::lseek(descriptor, 0, SEEK_END)), '\0');
-    ::pread(descriptor, content.data(), content.size(), 0);
-    ::close(descriptor);
+    std::string content(static_cast<std::size_t>(::lseek(fileno(file), 0, SEEK_END)), '\0');
+    ::pread(fileno(file), content.data(), content.size(), 0);
+    std::fclose(file);
     return content;
 }
 
@@ -84,7 +71,8 @@ ToolRun runTool(const char* program, const std::vector<std::string>& arguments, 
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
 
-    const int out = temporaryFile(), err = temporaryFile();
+    std::FILE* const out = std::tmpfile();
+    std::FILE* const err = std::tmpfile();
     int pipeEnds[2] = {-1, -1};
     if (output == Output::BrokenPipe && ::pipe(pipeEnds) == 0)
         ::close(pipeEnds[0]);
@@ -92,9 +80,9 @@ ToolRun runTool(const char* program, const std::vector<std::string>& arguments, 
     if (child == 0)
     {
         const rlimit fileSize = {fileSizeLimit, fileSizeLimit};
-        const bool ready = ::dup2(::open("/dev/null", O_RDONLY), 0) == 0 && ::dup2(err, 2) == 2 && ::chdir(work.c_str()) == 0 &&
+        const bool ready = ::dup2(::open("/dev/null", O_RDONLY), 0) == 0 && ::dup2(fileno(err), 2) == 2 && ::chdir(work.c_str()) == 0 &&
                            (fileSizeLimit == 0 || ::setrlimit(RLIMIT_FSIZE, &fileSize) == 0) &&
-                           (output == Output::Closed ? ::close(1) == 0 : ::dup2(output == Output::File ? out : pipeEnds[1], 1) == 1);
+                           (output == Output::Closed ? ::close(1) == 0 : ::dup2(output == Output::File ? fileno(out) : pipeEnds[1], 1) == 1);
         for (int descriptor = 3; descriptor < 64; ++descriptor)
             ::close(descriptor);
         if (ready)
@@ -161,18 +149,9 @@ std::string attributeReport(const std::string& problem, int row, const std::stri
                    rule + "\n" + element + "\n" + rule + "\n\n");
 }
 
-enum Target
-{
-    Kept,     // still holds what it held before the run
-    Written,  // replaced by generated text
-};
+enum Target { Kept, Written };  // what a target holds after the run: what it held before, or generated text
 
-struct Contains
-{
-    std::string file;
-    std::string text;
-    bool present = true;
-};
+struct Contains { std::string file, text; bool present = true; };
 
 struct Case
 {
@@ -193,10 +172,7 @@ struct Case
     unsigned long fileSizeLimit = 0;
 };
 
-void PrintTo(const Case& c, std::ostream* stream)
-{
-    *stream << c.name;
-}
+void PrintTo(const Case& c, std::ostream* stream) { *stream << c.name; }
 
 Case notLoaded(const std::string& name, const std::string& map, const std::string& row, const std::string& description)
 {
@@ -355,9 +331,10 @@ std::vector<Case> cases()
     // Both outputs of the type maps under tests/golden/, byte for byte: each directory holds a map,
     // perhaps a banner, and the two files the tool must write from them; the one without a map
     // holds those of the shipped type map, which the tool built on this tree reads.
-    for (const fs::directory_entry& entry : fs::directory_iterator(GOLDEN_DIR))
+    for (const fs::path& golden : fs::directory_iterator(GOLDEN_DIR))
     {
-        const fs::path golden = entry.path();
+        if (!fs::is_directory(golden))
+            continue;
         const auto text = [](const fs::path& path) { return fs::exists(path) ? std::optional(readFile(path)) : std::nullopt; };
         table.push_back({.name = std::regex_replace("Golden_" + golden.filename().string(), std::regex("-"), ""),
                          .tool = text(golden / "LuaContainerPrimitives.xml") ? TOOL_UNDER_TEST : SHIPPED_TOOL,

@@ -6,29 +6,15 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 
 TEST(LuaContainerGenerator, WritesTheHashSetClassRowByRowAndNoFrameForANameWithoutNamespace)
 {
-    std::ostringstream hashSet, frame;
+    std::ostringstream hashSet, frame, expected;
     writeHashSetDeclaration(hashSet, zym::Indentation{2}, "Point", "geo::shape");
-    EXPECT_EQ(R"(    class PointHash
-    {
-      PointHash();
-      
-      struct iterator {};
-      struct const_iterator {};
-      
-      const_iterator end @ End();
-      const_iterator begin @ Begin();
-      void insert( geo::shape::Point value );
-      bool contains( geo::shape::Point value );
-      unsigned int size() const;
-      bool empty() const;
-    };
-    
-)",
-              hashSet.str());
+    expected << std::ifstream(GOLDEN_DIR "/PointHash-at-level-2.txt").rdbuf();
+    EXPECT_EQ(expected.str(), hashSet.str());
     writeContainerDeclarations(frame, zym::Indentation{1}, "Point");
     EXPECT_EQ("", frame.str());
 }

@@ -9,10 +9,8 @@
 #include <tinyxml.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <string_view>
 
 namespace
 {

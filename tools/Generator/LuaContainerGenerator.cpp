@@ -19,7 +19,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -32,12 +31,13 @@
 #include <stdexcept>
 #include <string_view>
 #include <typeinfo>
+#include <utility>
 
 const char* TypeMapPath = "LuaContainerPrimitives.xml";
 
 using zym::Generator::ClassName;
 using zym::Generator::QualifiedName;
-using zym::Generator::writeRow;
+using zym::Generator::Rows;
 
 namespace
 {
@@ -73,20 +73,20 @@ void checkNamespaceDepth(const TiXmlElement* type, std::uint64_t components)
 }
 
 // Opens one scope per component, each one level deeper than the one around it.
-void writeNamespaceOpenings(std::ostream& stream, zym::Indentation level, const Vector<String>& components)
+void writeNamespaceOpenings(Rows& rows, zym::Indentation level, const Vector<String>& components)
 {
     for (std::uint64_t i = 0; i < components.size(); ++i)
     {
-        writeRow(stream, level + i, "namespace ", components[i]);
-        writeRow(stream, level + i, "{");
+        rows(level + i, "namespace ", components[i]);
+        rows(level + i, "{");
     }
 }
 
 // Closes the scopes of writeNamespaceOpenings, innermost first, each at the indentation of its "{".
-void writeNamespaceClosings(std::ostream& stream, zym::Indentation level, std::uint64_t depth)
+void writeNamespaceClosings(Rows& rows, zym::Indentation level, std::uint64_t depth)
 {
     for (std::uint64_t i = depth; i-- > 0;)
-        writeRow(stream, level + i, "}");
+        rows(level + i, "}");
 }
 
 String findTypeMap()
@@ -111,6 +111,9 @@ bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& 
     return true;
 }
 
+// The block of the last text written: its pages are touched already, and the next text reuses them.
+std::string spareRoom;
+
 // Room for the text that the type map makes, so that the memory stream does not grow by copying
 // what it holds: a Type with names of ordinary length writes about 2.5 KiB to the package file
 // and half a KiB to the typedef header, and an include value goes into it once. Memory that is
@@ -124,9 +127,12 @@ std::string roomForText()
     {
         const auto count = static_cast<std::size_t>(typeMap.gcount());
         bytes += count;
-        elements += static_cast<std::uint64_t>(std::count(block, block + count, '<'));
+        const char* const end = block + count;
+        for (const char* at = block; (at = static_cast<const char*>(std::memchr(at, '<', static_cast<std::size_t>(end - at)))) != nullptr; ++at)
+            ++elements;
     }
-    std::string room;
+    std::string room = std::move(spareRoom);
+    room.clear();
     room.reserve(static_cast<std::size_t>(4096 * elements + bytes + 65536));
     return room;
 }
@@ -136,20 +142,21 @@ void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), con
 {
     std::stringstream text(roomForText(), std::ios::in | std::ios::out);
     generate(text);
-    if (text.fail())
-        return;
-
-    std::ofstream file(path, std::ios::out | std::ios::trunc);
-    if (file.fail())
+    if (!text.fail())
     {
-        std::cerr << "Could not open file'" << path << "'" << std::endl;
-        return;
+        std::ofstream file(path, std::ios::out | std::ios::trunc);
+        if (file.fail())
+            std::cerr << "Could not open file'" << path << "'" << std::endl;
+        else
+        {
+            // The text leaves from the stream's own buffer, without a copy. The seek makes the buffer's
+            // read end catch up with all that was written, so that the whole text goes in one write.
+            text.seekg(0);
+            file << text.rdbuf();
+            std::cout << successText << path << std::endl;
+        }
     }
-    // The text leaves from the stream's own buffer, without a copy. The seek makes the buffer's
-    // read end catch up with all that was written, so that the whole text goes in one write.
-    text.seekg(0);
-    file << text.rdbuf();
-    std::cout << successText << path << std::endl;
+    spareRoom = std::move(text).str();
 }
 
 // A standard stream that was closed is opened on /dev/null: otherwise a target would be opened
@@ -214,21 +221,23 @@ void writeContainerDeclarations(std::ostream& stream)
     {
         const String typeName = zym::parseAttribute<String>(type, "name");
         const String typeNamespace = zym::parseAttribute<String>(type, "namespace");
-        const String qualifiedName = typeNamespace + "::" + typeName;
+        String qualifiedName = typeNamespace + "::" + typeName;
         checkNamespaceDepth(type, namespaceComponentCount(std::string_view(qualifiedName).substr(0, qualifiedName.rfind("::"))));
-        qualifiedNames.push_back(qualifiedName);
+        qualifiedNames.push_back(std::move(qualifiedName));
         if (const char* include = type->Attribute("include"))
             includes.insert(String(include));
     }
 
     const zym::Indentation level;
     zym::Generator::addCopyright(stream);
-    for (const String& include : includes)
-        writeRow(stream, level, "$#include <", include, ">");
-    writeRow(stream, level, "$#include <zymLua/generated_container_typedefs.h>");
-    writeRow(stream, level, "$ifile \"zym/Math.tolua\"");
-    writeRow(stream, level);
-
+    {
+        Rows rows(stream);
+        for (const String& include : includes)
+            rows(level, "$#include <", include, ">");
+        rows(level, "$#include <zymLua/generated_container_typedefs.h>");
+        rows(level, "$ifile \"zym/Math.tolua\"");
+        rows(level);
+    }
     for (const String& qualifiedName : qualifiedNames)
         writeContainerDeclarations(stream, level, qualifiedName);
 }
@@ -246,13 +255,17 @@ void writeContainerDeclarations(std::ostream& stream, zym::Indentation level, co
     pystring::split(typeNamespace, components, namespaceSeparator(), -1);
     const std::uint64_t depth = components.size();
 
-    writeNamespaceOpenings(stream, level, components);
+    {
+        Rows rows(stream);
+        writeNamespaceOpenings(rows, level, components);
+    }
     writeVectorDeclaration(stream, level + depth, typeName, typeNamespace);
     writeArrayDeclaration(stream, level + depth, typeName, typeNamespace);
     writeBufferDeclaration(stream, level + depth, typeName, typeNamespace);
     writeValueDeclaration(stream, level + depth, typeName, typeNamespace);
-    writeNamespaceClosings(stream, level, depth);
-    writeRow(stream, level);
+    Rows rows(stream);
+    writeNamespaceClosings(rows, level, depth);
+    rows(level);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -264,23 +277,24 @@ void writeVectorDeclaration(std::ostream& stream, zym::Indentation level, const 
     const ClassName className{typeName, "Vector"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
+    Rows rows(stream);
 
-    writeRow(stream, level,  "class ", className);
-    writeRow(stream, level,  "{");
-    writeRow(stream, member, className, "();");
-    writeRow(stream, member, className, "(unsigned int size);");
-    writeRow(stream, member);
-    writeRow(stream, member, qualifiedName, " at( unsigned int ) const;");
-    writeRow(stream, member, "void push_back( ", qualifiedName, " value );");
-    writeRow(stream, member, qualifiedName, " front() const;");
-    writeRow(stream, member, qualifiedName, " back() const;");
-    writeRow(stream, member, "void resize( unsigned int size );");
-    writeRow(stream, member, "void reserve( unsigned int size );");
-    writeRow(stream, member, "void clear();");
-    writeRow(stream, member, "unsigned int size() const;");
-    writeRow(stream, member, "bool empty() const;");
-    writeRow(stream, level,  "};");
-    writeRow(stream, level);
+    rows(level,  "class ", className);
+    rows(level,  "{");
+    rows(member, className, "();");
+    rows(member, className, "(unsigned int size);");
+    rows(member);
+    rows(member, qualifiedName, " at( unsigned int ) const;");
+    rows(member, "void push_back( ", qualifiedName, " value );");
+    rows(member, qualifiedName, " front() const;");
+    rows(member, qualifiedName, " back() const;");
+    rows(member, "void resize( unsigned int size );");
+    rows(member, "void reserve( unsigned int size );");
+    rows(member, "void clear();");
+    rows(member, "unsigned int size() const;");
+    rows(member, "bool empty() const;");
+    rows(level,  "};");
+    rows(level);
 }
 
 void writeArrayDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
@@ -288,18 +302,19 @@ void writeArrayDeclaration(std::ostream& stream, zym::Indentation level, const S
     const ClassName className{typeName, "Array"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
+    Rows rows(stream);
 
-    writeRow(stream, level,  "class ", className);
-    writeRow(stream, level,  "{");
-    writeRow(stream, member, className, "();");
-    writeRow(stream, member);
-    writeRow(stream, member, qualifiedName, " at( unsigned int ) const;");
-    writeRow(stream, member, qualifiedName, " front() const;");
-    writeRow(stream, member, qualifiedName, " back() const;");
-    writeRow(stream, member, "unsigned int size() const;");
-    writeRow(stream, member, "bool empty() const;");
-    writeRow(stream, level,  "};");
-    writeRow(stream, level);
+    rows(level,  "class ", className);
+    rows(level,  "{");
+    rows(member, className, "();");
+    rows(member);
+    rows(member, qualifiedName, " at( unsigned int ) const;");
+    rows(member, qualifiedName, " front() const;");
+    rows(member, qualifiedName, " back() const;");
+    rows(member, "unsigned int size() const;");
+    rows(member, "bool empty() const;");
+    rows(level,  "};");
+    rows(level);
 }
 
 void writeBufferDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
@@ -307,33 +322,34 @@ void writeBufferDeclaration(std::ostream& stream, zym::Indentation level, const 
     const ClassName className{typeName, "Buffer"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
+    Rows rows(stream);
 
-    writeRow(stream, level,  "class ", className, " : public zymData::Buffer");
-    writeRow(stream, level,  "{");
-    writeRow(stream, level,  "public:");
-    writeRow(stream, member, "TOLUA_REFERENCED_CLASS");
-    writeRow(stream, member, "TOLUA_PROTECTED_DESTRUCTOR");
-    writeRow(stream, member);
-    writeRow(stream, member, className, "();");
-    writeRow(stream, member, className, "(zym::Name name);");
-    writeRow(stream, member);
-    writeRow(stream, member, qualifiedName, " at( unsigned int ) const;");
-    writeRow(stream, member, "void push_back( ", qualifiedName, " value );");
-    writeRow(stream, member, qualifiedName, " front() const;");
-    writeRow(stream, member, qualifiedName, " back() const;");
-    writeRow(stream, member, "void resize( unsigned int size );");
-    writeRow(stream, member, "void reserve( unsigned int size );");
-    writeRow(stream, member, "void clear();");
-    writeRow(stream, member, "unsigned int size() const;");
-    writeRow(stream, member, "bool empty() const;");
-    writeRow(stream, member, "void commit();");
-    writeRow(stream, member, "void commit(zym::Index index);");
-    writeRow(stream, member, "void commit(zymData::IndexArray indices);");
-    writeRow(stream, member, "void commit(zym::IndexRange32 range);");
-    writeRow(stream, member, "void print() const;");
-    writeRow(stream, member, "zymData::Format *getFormat();");
-    writeRow(stream, level,  "};");
-    writeRow(stream, level);
+    rows(level,  "class ", className, " : public zymData::Buffer");
+    rows(level,  "{");
+    rows(level,  "public:");
+    rows(member, "TOLUA_REFERENCED_CLASS");
+    rows(member, "TOLUA_PROTECTED_DESTRUCTOR");
+    rows(member);
+    rows(member, className, "();");
+    rows(member, className, "(zym::Name name);");
+    rows(member);
+    rows(member, qualifiedName, " at( unsigned int ) const;");
+    rows(member, "void push_back( ", qualifiedName, " value );");
+    rows(member, qualifiedName, " front() const;");
+    rows(member, qualifiedName, " back() const;");
+    rows(member, "void resize( unsigned int size );");
+    rows(member, "void reserve( unsigned int size );");
+    rows(member, "void clear();");
+    rows(member, "unsigned int size() const;");
+    rows(member, "bool empty() const;");
+    rows(member, "void commit();");
+    rows(member, "void commit(zym::Index index);");
+    rows(member, "void commit(zymData::IndexArray indices);");
+    rows(member, "void commit(zym::IndexRange32 range);");
+    rows(member, "void print() const;");
+    rows(member, "zymData::Format *getFormat();");
+    rows(level,  "};");
+    rows(level);
 }
 
 // The library has no Value container of its own string type: a type named "String" gets none.
@@ -345,23 +361,24 @@ void writeValueDeclaration(std::ostream& stream, zym::Indentation level, const S
     const ClassName className{typeName, "Value"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
+    Rows rows(stream);
 
-    writeRow(stream, level,  "class ", className, " : public zymData::Value");
-    writeRow(stream, level,  "{");
-    writeRow(stream, level,  "public:");
-    writeRow(stream, member, "TOLUA_REFERENCED_CLASS");
-    writeRow(stream, member, "TOLUA_PROTECTED_DESTRUCTOR");
-    writeRow(stream, member);
-    writeRow(stream, member, className, "();");
-    writeRow(stream, member, className, "(zym::Name name);");
-    writeRow(stream, member, className, "(", qualifiedName, " value);");
-    writeRow(stream, member, className, "(zym::Name name, ", qualifiedName, " value);");
-    writeRow(stream, member);
-    writeRow(stream, member, "void set(", qualifiedName, " value);");
-    writeRow(stream, member, qualifiedName, " get() const;");
-    writeRow(stream, member, "zymData::Format *getFormat();");
-    writeRow(stream, level,  "};");
-    writeRow(stream, level);
+    rows(level,  "class ", className, " : public zymData::Value");
+    rows(level,  "{");
+    rows(level,  "public:");
+    rows(member, "TOLUA_REFERENCED_CLASS");
+    rows(member, "TOLUA_PROTECTED_DESTRUCTOR");
+    rows(member);
+    rows(member, className, "();");
+    rows(member, className, "(zym::Name name);");
+    rows(member, className, "(", qualifiedName, " value);");
+    rows(member, className, "(zym::Name name, ", qualifiedName, " value);");
+    rows(member);
+    rows(member, "void set(", qualifiedName, " value);");
+    rows(member, qualifiedName, " get() const;");
+    rows(member, "zymData::Format *getFormat();");
+    rows(level,  "};");
+    rows(level);
 }
 
 // Not part of the package file: the library binds no hash set container yet.
@@ -370,22 +387,23 @@ void writeHashSetDeclaration(std::ostream& stream, zym::Indentation level, const
     const ClassName className{typeName, "Hash"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
     const zym::Indentation member = level + 1;
+    Rows rows(stream);
 
-    writeRow(stream, level,  "class ", className);
-    writeRow(stream, level,  "{");
-    writeRow(stream, member, className, "();");
-    writeRow(stream, member);
-    writeRow(stream, member, "struct iterator {};");
-    writeRow(stream, member, "struct const_iterator {};");
-    writeRow(stream, member);
-    writeRow(stream, member, "const_iterator end @ End();");
-    writeRow(stream, member, "const_iterator begin @ Begin();");
-    writeRow(stream, member, "void insert( ", qualifiedName, " value );");
-    writeRow(stream, member, "bool contains( ", qualifiedName, " value );");
-    writeRow(stream, member, "unsigned int size() const;");
-    writeRow(stream, member, "bool empty() const;");
-    writeRow(stream, level,  "};");
-    writeRow(stream, level);
+    rows(level,  "class ", className);
+    rows(level,  "{");
+    rows(member, className, "();");
+    rows(member);
+    rows(member, "struct iterator {};");
+    rows(member, "struct const_iterator {};");
+    rows(member);
+    rows(member, "const_iterator end @ End();");
+    rows(member, "const_iterator begin @ Begin();");
+    rows(member, "void insert( ", qualifiedName, " value );");
+    rows(member, "bool contains( ", qualifiedName, " value );");
+    rows(member, "unsigned int size() const;");
+    rows(member, "bool empty() const;");
+    rows(level,  "};");
+    rows(level);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -404,18 +422,21 @@ void writeContainerTypedefs(std::ostream& stream)
 
     // The banner row: the banner's own bytes, then the row's newline.
     zym::Generator::addCopyright(stream);
-    writeRow(stream, level);
-    writeRow(stream, level, "#ifndef ", guard);
-    writeRow(stream, level, "#define ", guard);
-    writeRow(stream, level);
-    writeRow(stream, level, "#include <zym/Vec2.h>");
-    writeRow(stream, level, "#include <zym/Vec3.h>");
-    writeRow(stream, level, "#include <zym/Vec4.h>");
-    writeRow(stream, level, "#include <zym/Matrix3x3.h>");
-    writeRow(stream, level, "#include <zym/AffineMatrix4x4.h>");
-    writeRow(stream, level, "#include <zym/Quat.h>");
-    writeRow(stream, level, "#include <zym/Uuid.h>");
-    writeRow(stream, level);
+    {
+        Rows rows(stream);
+        rows(level);
+        rows(level, "#ifndef ", guard);
+        rows(level, "#define ", guard);
+        rows(level);
+        rows(level, "#include <zym/Vec2.h>");
+        rows(level, "#include <zym/Vec3.h>");
+        rows(level, "#include <zym/Vec4.h>");
+        rows(level, "#include <zym/Matrix3x3.h>");
+        rows(level, "#include <zym/AffineMatrix4x4.h>");
+        rows(level, "#include <zym/Quat.h>");
+        rows(level, "#include <zym/Uuid.h>");
+        rows(level);
+    }
 
     TiXmlDocument document(fullPath.c_str());
     if (!loadTypeMap(document, fullPath, stream))
@@ -436,17 +457,19 @@ void writeContainerTypedefs(std::ostream& stream)
         const std::string_view podSuffix = isPOD ? "POD" : "";
         const zym::Indentation inner = level + depth;
 
-        writeNamespaceOpenings(stream, level, components);
-        writeRow(stream, inner, "typedef zym::Vector", podSuffix, "< ", qualifiedName, " > ", typeName, "Vector;");
-        writeRow(stream, inner, "typedef zymData::Array< ", qualifiedName, " > ", typeName, "Array;");
-        writeRow(stream, inner, "typedef zymData::BufferT< ", qualifiedName, " > ", typeName, "Buffer;");
-        writeRow(stream, inner, "typedef zymData::ValueT< ", qualifiedName, " > ", typeName, "Value;");
-        writeNamespaceClosings(stream, level, depth);
-        writeRow(stream, level);
+        Rows rows(stream);
+        writeNamespaceOpenings(rows, level, components);
+        rows(inner, "typedef zym::Vector", podSuffix, "< ", qualifiedName, " > ", typeName, "Vector;");
+        rows(inner, "typedef zymData::Array< ", qualifiedName, " > ", typeName, "Array;");
+        rows(inner, "typedef zymData::BufferT< ", qualifiedName, " > ", typeName, "Buffer;");
+        rows(inner, "typedef zymData::ValueT< ", qualifiedName, " > ", typeName, "Value;");
+        writeNamespaceClosings(rows, level, depth);
+        rows(level);
     }
 
-    writeRow(stream, level);
-    writeRow(stream, level, "#endif //", guard);
+    Rows rows(stream);
+    rows(level);
+    rows(level, "#endif //", guard);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -9,9 +9,6 @@
 #include <streambuf>
 #include <string_view>
 
-// The rows of generated text: writeRow(stream, indentation, pieces...) writes one, and the class
-// writers read as the rows they write. A piece is a literal, a text, or one of the two names below.
-
 namespace zym
 {
 namespace Generator
@@ -31,78 +28,84 @@ struct ClassName
     std::string_view container;
 };
 
-// The text of one row, gathered on the stack so that it reaches the stream's buffer in one piece,
-// or in a few for a row longer than the room.
-class RowText
+// The rows of one piece of generated text, which each writer reads as: rows(indentation, pieces...)
+// writes one row, its indentation (two blanks per level), its pieces (literals, texts or the two
+// names above) and a newline. The rows are gathered in a room of their own and reach the stream's
+// buffer a room at a time, and when the writer is done; then the buffer is synced, as std::endl
+// would. A buffer that takes less than all, or fails to sync, leaves the stream bad, as the
+// stream's own operations would, and a stream that is not good takes nothing.
+class Rows
 {
 public:
-    explicit RowText(std::streambuf& target) : buffer(target) {}
-
-    // Two blanks per level. At the start of a row, where the room is empty, all the blanks are
-    // copied and as many kept as the level needs: a copy of a known length is a few moves.
-    void append(zym::Indentation indentation)
+    explicit Rows(std::ostream& target) : stream(target)
     {
-        const std::uint64_t count = 2 * indentation.level;
-        if (size == 0 && count <= blanks.size())
-        {
-            std::memcpy(room, blanks.data(), blanks.size());
-            size = static_cast<std::size_t>(count);
-        }
-        else
-            appendBlanks(count);
+        if (stream.tie() != nullptr && stream.good())
+            stream.tie()->flush();
+        if (!stream.good())
+            stream.setstate(std::ios::failbit);
     }
 
-    void append(std::string_view text)
+    ~Rows()
+    {
+        spill();
+        if (stream.good() && stream.rdbuf()->pubsync() == -1)
+            stream.setstate(std::ios::badbit);
+    }
+
+    Rows(const Rows&) = delete;
+    Rows& operator=(const Rows&) = delete;
+
+    template <typename... Pieces>
+    [[gnu::always_inline]] void operator()(zym::Indentation indentation, const Pieces&... pieces)
+    {
+        for (std::uint64_t blanksLeft = 2 * indentation.level; blanksLeft > 0;)
+        {
+            const std::size_t count = blanksLeft < blanks.size() ? static_cast<std::size_t>(blanksLeft) : blanks.size();
+            append(blanks.substr(0, count));
+            blanksLeft -= count;
+        }
+        (append(pieces), ...);
+        append("\n");
+    }
+
+private:
+    static constexpr std::string_view blanks = "                                                                ";
+
+    // Inlined into each row, where a literal's length is known, so that its copy is a few moves.
+    [[gnu::always_inline]] void append(std::string_view text)
     {
         if (text.size() > sizeof room - size)
-        {
-            spill();
-            if (text.size() > sizeof room)
-            {
-                put(text.data(), text.size());
-                return;
-            }
-        }
+            return appendBeyondRoom(text);
         std::memcpy(room + size, text.data(), text.size());
         size += text.size();
     }
 
-    // A literal's length is known here, so that its copy is a few moves.
+    void appendBeyondRoom(std::string_view text)
+    {
+        spill();
+        if (text.size() > sizeof room)
+            return put(text.data(), text.size());
+        std::memcpy(room, text.data(), text.size());
+        size = text.size();
+    }
+
     template <std::size_t length>
-    void append(const char (&text)[length])
+    [[gnu::always_inline]] void append(const char (&text)[length])
     {
         append(std::string_view(text, length - 1));
     }
 
-    void append(const QualifiedName& name)
+    [[gnu::always_inline]] void append(const QualifiedName& name)
     {
         append(name.typeNamespace);
         append("::");
         append(name.typeName);
     }
 
-    void append(const ClassName& name)
+    [[gnu::always_inline]] void append(const ClassName& name)
     {
         append(name.typeName);
         append(name.container);
-    }
-
-    // Ends the row with its newline and hands the rest to the buffer: false when it took less than all.
-    bool finish()
-    {
-        append("\n");
-        spill();
-        return whole;
-    }
-
-private:
-    static constexpr std::string_view blanks = "                                                                ";
-
-    void appendBlanks(std::uint64_t count)
-    {
-        for (; count > blanks.size(); count -= blanks.size())
-            append(blanks);
-        append(blanks.substr(0, static_cast<std::size_t>(count)));
     }
 
     void spill()
@@ -114,43 +117,14 @@ private:
     void put(const char* text, std::size_t count)
     {
         const auto length = static_cast<std::streamsize>(count);
-        whole = buffer.sputn(text, length) == length && whole;
-    }
-
-    std::streambuf& buffer;
-    bool whole = true;
-    std::size_t size = 0;
-    char room[256];
-};
-
-// What std::ostream::sentry does before an output, without its out-of-line call, which costs as
-// much as the row itself: flush the tied stream, and refuse a stream that is not good.
-inline bool readyForOutput(std::ostream& stream)
-{
-    if (stream.tie() != nullptr && stream.good())
-        stream.tie()->flush();
-    if (stream.good())
-        return true;
-    stream.setstate(std::ios::failbit);
-    return false;
-}
-
-// One row of generated text: its indentation, its pieces and a newline, gathered and handed to
-// the stream's buffer as one output operation, then a flush, as std::endl does: the buffer's own
-// sync, without the stream's sentry, which costs more than the row. A buffer that takes less than
-// the whole row, or fails to sync, leaves the stream bad, as the stream's own operations would.
-template <typename... Pieces>
-void writeRow(std::ostream& stream, zym::Indentation indentation, const Pieces&... pieces)
-{
-    if (readyForOutput(stream))
-    {
-        RowText text(*stream.rdbuf());
-        text.append(indentation);
-        (text.append(pieces), ...);
-        if (!text.finish() || stream.rdbuf()->pubsync() == -1)
+        if (stream.good() && stream.rdbuf()->sputn(text, length) != length)
             stream.setstate(std::ios::badbit);
     }
-}
+
+    std::ostream& stream;
+    std::size_t size = 0;
+    char room[8192];
+};
 
 } // namespace Generator
 } // namespace zym

@@ -41,18 +41,21 @@ void XmlText::normalize(std::size_t length)
 {
     char* const start = block.get();
     start[length] = '\0';
-    const char* read = start;
-    char* write = start;
-    while (*read != '\0')
+    char* write = start + std::strlen(start);
+    if (char* const carriageReturn = static_cast<char*>(std::memchr(start, '\r', static_cast<std::size_t>(write - start))))
     {
-        if (*read == '\r')
+        write = carriageReturn;
+        for (const char* read = carriageReturn; *read != '\0';)
         {
-            *write++ = '\n';
-            if (*++read == '\n')
-                ++read;
+            if (*read == '\r')
+            {
+                *write++ = '\n';
+                if (*++read == '\n')
+                    ++read;
+            }
+            else
+                *write++ = *read++;
         }
-        else
-            *write++ = *read++;
     }
     std::memset(write, 0, static_cast<std::size_t>(start + length + 1 + padding - write));
 }
