@@ -56,16 +56,8 @@ public:
         size_ = 0;
     }
 
-    void push_back(const T& value)
-    {
-        if (size_ == capacity_)
-            relocate(grownCapacity(), &value);
-        else
-        {
-            new (data_ + size_) T(value);
-            ++size_;
-        }
-    }
+    void push_back(const T& value) { append(value); }
+    void push_back(T&& value) { append(std::move(value)); }
 
     std::uint64_t size() const { return size_; }
     std::uint64_t capacity() const { return capacity_; }
@@ -139,6 +131,18 @@ public:
     void clear() { resize(0); }
 
 private:
+    template <typename Value>
+    void append(Value&& value)
+    {
+        if (size_ == capacity_)
+            relocate<Value&&>(grownCapacity(), &value);
+        else
+        {
+            new (data_ + size_) T(std::forward<Value>(value));
+            ++size_;
+        }
+    }
+
     void checkIndex(const char* operation, std::uint64_t index) const
     {
         if (index >= size_)
@@ -148,8 +152,10 @@ private:
     // Moves the elements into a new block of `newCapacity` elements, all of them before destroying
     // any, and hands the old block back with its size; elements whose moves may throw are copied.
     // `appended`, if given, is copied behind them first, while the old elements still stand, since
-    // it may be one of them. A copy that throws leaves the vector as it was.
-    void relocate(std::uint64_t newCapacity, const T* appended = nullptr)
+    // it may be one of them, copied or moved as it was given. A copy that throws leaves the vector
+    // as it was.
+    template <typename Value = const T&>
+    void relocate(std::uint64_t newCapacity, std::remove_reference_t<Value>* appended = nullptr)
     {
         if (newCapacity > maxSize())
             throw std::length_error("Vector: cannot hold " + std::to_string(newCapacity) + " elements");
@@ -160,7 +166,7 @@ private:
         {
             if (appended != nullptr)
             {
-                new (block + size_) T(*appended);
+                new (block + size_) T(std::forward<Value>(*appended));
                 appendedCopied = true;
             }
             for (; copied < size_; ++copied)

@@ -3,6 +3,7 @@
 #include <tinyxml.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <string>
 
@@ -14,7 +15,6 @@ class ReaderRules : TiXmlBase
 {
 public:
     using TiXmlBase::IsAlpha;
-    using TiXmlBase::IsAlphaNum;
     using TiXmlBase::ReadName;
     using TiXmlBase::SkipWhiteSpace;
     using TiXmlBase::StringEqual;
@@ -153,10 +153,13 @@ private:
     // quote, as the reader would find them; anything else goes to the reader's own parser.
     const char* parseAttribute(const char* attribute) const
     {
+        // The reader's name characters: bytes above 126 count as letters.
+        const auto letter = [](char c) { return static_cast<unsigned char>(c) > 126 || std::isalpha(static_cast<unsigned char>(c)) || c == '_'; };
+        const auto nameCharacter = [&](char c) { return letter(c) || std::isdigit(static_cast<unsigned char>(c)) || c == '-' || c == '.' || c == ':'; };
         const char* p = attribute;
-        if (!ReaderRules::IsAlpha(static_cast<unsigned char>(*p), encoding) && *p != '_')
+        if (!letter(*p))
             return TiXmlAttribute().Parse(attribute, nullptr, encoding);
-        while (*p != '\0' && (ReaderRules::IsAlphaNum(static_cast<unsigned char>(*p), encoding) || std::strchr("_-.:", *p)))
+        while (nameCharacter(*p))
             ++p;
         p = ReaderRules::SkipWhiteSpace(p, encoding);
         if (p == nullptr || *p != '=' || (p = ReaderRules::SkipWhiteSpace(p + 1, encoding)) == nullptr ||
