@@ -1,11 +1,27 @@
+// The functions that nothing in the tool calls, which its runs cannot show: streamdiff,
+// capitalize and decapitalize, writeHashSetDeclaration, and the namespace frame of a name that has
+// no namespace.
+
 #include "Common.h"
+#include "LuaContainerGenerator.h"
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 #include <tuple>
 
 using namespace zym::Generator;
+
+TEST(LuaContainerGenerator, WritesTheHashSetClassRowByRowAndNoFrameForANameWithoutNamespace)
+{
+    std::ostringstream hashSet, frame, expected;
+    writeHashSetDeclaration(hashSet, zym::Indentation{2}, "Point", "geo::shape");
+    expected << std::ifstream(GOLDEN_DIR "/PointHash-at-level-2.txt").rdbuf();
+    EXPECT_EQ(expected.str(), hashSet.str());
+    writeContainerDeclarations(frame, zym::Indentation{1}, "Point");
+    EXPECT_EQ("", frame.str());
+}
 
 TEST(Streamdiff, ComparesWholeStreamsWhereverTheyStandAndLeavesThemThere)
 {

@@ -1,6 +1,6 @@
 // Runs a Lua script against the container bindings, in a Lua 5.1 state with the standard
-// libraries and liveReferencedObjects(), the number of buffers and values alive. Exits 0 only if
-// the script ran to its end and, once the state is closed, no such object is left.
+// libraries. Exits 0 only if the script ran to its end and, once the state is closed, no buffer
+// or value is left alive: Lua gives back the references of those it owns when it collects them.
 //
 //   luaContainerHost <script>
 
@@ -17,10 +17,6 @@ int main(int argc, char** argv)
     lua_State* state = luaL_newstate();
     luaL_openlibs(state);
     tolua_LuaContainers_open(state);
-    lua_register(state, "liveReferencedObjects", [](lua_State* lua) {
-        lua_pushnumber(lua, static_cast<lua_Number>(zymData::Referenced::live));
-        return 1;
-    });
     const bool ran = argc == 2 && luaL_dofile(state, argv[1]) == 0;
     if (!ran)
         std::fprintf(stderr, "%s\n", argc == 2 ? lua_tostring(state, -1) : "usage: luaContainerHost <script>");

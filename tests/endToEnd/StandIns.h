@@ -50,40 +50,22 @@ protected:
 struct Buffer : Referenced
 {
     explicit Buffer(zym::Name bufferName = {}) : name(bufferName) {}
-    void commit() { ++commits; }
-    void commit(zym::Index) { ++commits; }
-    void commit(IndexArray) { ++commits; }
-    void commit(zym::IndexRange32) { ++commits; }
-    void print() const { std::printf("%s: %u commits\n", name.c_str(), commits); }
+    void commit() {}
+    void commit(zym::Index) {}
+    void commit(IndexArray) {}
+    void commit(zym::IndexRange32) {}
+    void print() const { std::printf("%s\n", name.c_str()); }
     zym::Name name;
-    unsigned commits = 0;
 };
-
-template <typename Base, typename T>
-struct Elements : Base
-{
-    using Base::Base;
-    const T& at(std::uint64_t index) const { return elements.at(index); }
-    const T& front() const { return elements.front(); }
-    const T& back() const { return elements.back(); }
-    std::uint64_t size() const { return elements.size(); }
-    bool empty() const { return elements.empty(); }
-    zym::Vector<T> elements;
-};
-
-struct Nothing {};
-template <typename T> struct Array : Elements<Nothing, T> {};  // made from Lua it views nothing
 
 template <typename T>
-struct BufferT : Elements<Buffer, T>
+struct BufferT : Buffer, zym::Vector<T>
 {
-    using Elements<Buffer, T>::Elements;
-    void push_back(const T& value) { this->elements.push_back(value); }
-    void resize(std::uint64_t count) { this->elements.resize(count); }
-    void reserve(std::uint64_t count) { this->elements.reserve(count); }
-    void clear() { this->elements.clear(); }
+    using Buffer::Buffer;
     Format* getFormat() { return Format::of<T>(); }
 };
+
+template <typename T> struct Array : zym::Vector<T> {};  // made from Lua it views nothing
 
 struct Value : Referenced {};
 

@@ -1,18 +1,25 @@
-// Drives both generators in process on arbitrary type-map text, and the include set on its lines
-// against std::set, checking what must hold for any input.
+// Drives both generators in process on arbitrary type-map text, checking what must hold for any
+// input, and holds the limits check against the XML reader itself: the depth and attribute counts
+// that findXmlLimitBreach follows may exceed those of the document the reader builds from the same
+// text, never fall short of them. Only small texts go to the reader directly, where its own
+// recursion is safe.
 
 #include "LuaContainerGenerator.h"
+#include "XmlFile.h"
+#include "XmlLimits.h"
 
-#include <zym/HashSet.h>
 #include <zymIO/Environment.h>
 
+#include <tinyxml.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <limits>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <set>
 #include <sstream>
 
 namespace
@@ -26,27 +33,29 @@ void require(bool condition)
         std::abort();
 }
 
-// The set may refuse a key only when other keys hold its probe positions: eleven at least.
-void checkIncludeSet(const std::string& text)
+// The deepest element and the most attributes on one element below `node`.
+void measure(const TiXmlNode* node, std::uint64_t depth, XmlLimits& built)
 {
-    HashSet<String> set;
-    std::set<std::string> expected, walked;
-    std::istringstream lines(text);
-    try
+    for (const TiXmlElement* element = node->FirstChildElement(); element; element = element->NextSiblingElement())
     {
-        for (std::string key; std::getline(lines, key);)
-        {
-            const bool added = expected.insert(key).second;
-            require(set.insert(key).alreadyPresent == !added);
-        }
+        std::uint64_t attributes = 0;
+        for (const TiXmlAttribute* attribute = element->FirstAttribute(); attribute; attribute = attribute->Next())
+            ++attributes;
+        built = {std::max(built.maxDepth, depth), std::max(built.maxAttributes, attributes)};
+        measure(element, depth + 1, built);
     }
-    catch (const std::length_error&)
-    {
-        return require(expected.size() >= 12);
-    }
-    for (const String& key : set)
-        require(walked.insert(key).second);
-    require(set.size() == expected.size() && walked == expected);
+}
+
+void checkLimits(std::string_view bytes)
+{
+    const XmlText text(bytes);
+    TiXmlDocument document;
+    document.Parse(text.c_str(), nullptr, TIXML_ENCODING_UNKNOWN);
+    XmlLimits built{0, 0};
+    measure(&document, 1, built);
+    constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
+    require(built.maxDepth == 0 || findXmlLimitBreach(text.c_str(), {built.maxDepth - 1, unlimited}));
+    require(built.maxAttributes == 0 || findXmlLimitBreach(text.c_str(), {unlimited, built.maxAttributes - 1}));
 }
 
 // Each generator writes a whole text, or marks its stream failed, or raises; the package
@@ -90,7 +99,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string text(reinterpret_cast<const char*>(data), size);
-    checkIncludeSet(text);
+    if (size <= 4096)
+        checkLimits(text);
     checkGenerators(text);
     return 0;
 }
