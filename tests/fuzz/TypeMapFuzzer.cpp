@@ -1,7 +1,7 @@
 // Drives both generators in process on arbitrary type-map text, checking what must hold for any
-// input, and holds the limits check against the XML reader itself: the depth and attribute counts
-// that findXmlLimitBreach follows may exceed those of the document the reader builds from the same
-// text, never fall short of them. Only small texts go to the reader directly, where its own
+// input, and holds the limits check against the XML reader itself: findXmlLimitBreach finds a
+// breach of given limits exactly where the document that the reader builds from the same text,
+// failed or whole, goes past them. Only small texts go to the reader directly, where its own
 // recursion is safe.
 
 #include "LuaContainerGenerator.h"
@@ -54,6 +54,7 @@ void checkLimits(std::string_view bytes)
     XmlLimits built{0, 0};
     measure(&document, 1, built);
     constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
+    require(!findXmlLimitBreach(text.c_str(), built));
     require(built.maxDepth == 0 || findXmlLimitBreach(text.c_str(), {built.maxDepth - 1, unlimited}));
     require(built.maxAttributes == 0 || findXmlLimitBreach(text.c_str(), {unlimited, built.maxAttributes - 1}));
 }

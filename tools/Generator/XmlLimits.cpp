@@ -6,6 +6,8 @@
 #include <cctype>
 #include <cstring>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace
 {
@@ -78,8 +80,6 @@ public:
              p = ReaderRules::SkipWhiteSpace(p, encoding))
         {
             const Node node = identify(p, encoding);
-            if (node == Node::None)
-                break;
             if (node == Node::Declaration && encoding == TIXML_ENCODING_UNKNOWN)
             {
                 TiXmlDeclaration declaration;
@@ -94,7 +94,7 @@ public:
 
 private:
     // Where the reader's parse of the node at `p`, at `depth` below the document, ends; null
-    // where it fails.
+    // where it fails, or where text stands at the top, at which the reader stops.
     const char* parse(Node node, const char* p, std::uint64_t depth)
     {
         switch (node)
@@ -119,7 +119,11 @@ private:
         return nullptr;
     }
 
-    // TiXmlElement::Parse, from the "<" of the tag.
+    // The reader's name characters: bytes above 126 count as letters.
+    static bool letter(char c) { return static_cast<unsigned char>(c) > 126 || std::isalpha(static_cast<unsigned char>(c)) || c == '_'; }
+    static bool nameCharacter(char c) { return letter(c) || std::isdigit(static_cast<unsigned char>(c)) || c == '-' || c == '.' || c == ':'; }
+
+    // TiXmlElement::Parse, from the "<" of the tag. The reader refuses a repeated attribute name.
     const char* parseElement(const char* tag, std::uint64_t depth)
     {
         if (depth > limits.maxDepth)
@@ -127,7 +131,7 @@ private:
 
         std::string name;
         const char* p = ReaderRules::ReadName(ReaderRules::SkipWhiteSpace(tag + 1, encoding), &name, encoding);
-        std::uint64_t attributes = 0;
+        names.clear();
         while (p != nullptr && *p != '\0')
         {
             p = ReaderRules::SkipWhiteSpace(p, encoding);
@@ -138,11 +142,15 @@ private:
             if (*p == '>')
                 return parseEndTag(parseContent(p + 1, depth), "</" + name);
 
-            // The reader refuses a repeated attribute name; counting it all the same only ever counts more.
-            p = parseAttribute(p);
-            if (p == nullptr || *p == '\0')
+            const char* nameEnd = p;
+            while (nameCharacter(*nameEnd))
+                ++nameEnd;
+            const std::string_view attributeName(p, static_cast<std::size_t>(nameEnd - p));
+            p = parseAttribute(p, attributeName.size());
+            if (p == nullptr || *p == '\0' || std::find(names.begin(), names.end(), attributeName) != names.end())
                 return nullptr;
-            if (++attributes > limits.maxAttributes)
+            names.push_back(attributeName);
+            if (names.size() > limits.maxAttributes)
                 return fail(tag, "More than " + std::to_string(limits.maxAttributes) + " attributes on one element.");
         }
         return nullptr;
@@ -151,17 +159,11 @@ private:
     // TiXmlAttribute::Parse. A name, an "=" and a value in quotes that holds no entity, nor, where
     // the text is read as UTF-8, a byte of a character of several bytes, end behind the closing
     // quote, as the reader would find them; anything else goes to the reader's own parser.
-    const char* parseAttribute(const char* attribute) const
+    const char* parseAttribute(const char* attribute, std::size_t nameLength) const
     {
-        // The reader's name characters: bytes above 126 count as letters.
-        const auto letter = [](char c) { return static_cast<unsigned char>(c) > 126 || std::isalpha(static_cast<unsigned char>(c)) || c == '_'; };
-        const auto nameCharacter = [&](char c) { return letter(c) || std::isdigit(static_cast<unsigned char>(c)) || c == '-' || c == '.' || c == ':'; };
-        const char* p = attribute;
-        if (!letter(*p))
+        if (!letter(*attribute))
             return TiXmlAttribute().Parse(attribute, nullptr, encoding);
-        while (nameCharacter(*p))
-            ++p;
-        p = ReaderRules::SkipWhiteSpace(p, encoding);
+        const char* p = ReaderRules::SkipWhiteSpace(attribute + nameLength, encoding);
         if (p == nullptr || *p != '=' || (p = ReaderRules::SkipWhiteSpace(p + 1, encoding)) == nullptr ||
             (*p != '"' && *p != '\''))
             return TiXmlAttribute().Parse(attribute, nullptr, encoding);
@@ -211,6 +213,7 @@ private:
     const XmlLimits limits;
     TiXmlEncoding encoding = TIXML_ENCODING_UNKNOWN;
     std::optional<XmlFailure> breach;
+    std::vector<std::string_view> names;  // of the attributes of the element being read
 };
 
 } // namespace
