@@ -5,7 +5,24 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
+#include <utility>
+
+// Memory from the free store runs out once `newsLeft`, if not negative, reaches zero.
+int newsLeft = -1;
+
+void* operator new(std::size_t bytes)
+{
+    if (newsLeft >= 0 && newsLeft-- == 0)
+        throw std::bad_alloc();
+    if (void* block = std::malloc(bytes == 0 ? 1 : bytes))
+        return block;
+    throw std::bad_alloc();
+}
+// Out of line, so that no caller sees a block from operator new going to free.
+[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept { std::free(block); }
 
 namespace
 {
@@ -16,6 +33,8 @@ int assignmentsLeft = -1;
 struct Key : String
 {
     using String::String;
+    Key() = default;
+    Key(const Key&) = default;
     Key& operator=(const Key& other)
     {
         if (assignmentsLeft-- == 0)
@@ -139,7 +158,10 @@ TEST(HashSet, TakesElevenKeysOfOneHashAndRefusesKeysItCannotPlace)
 // Include values in families of one hash grow the set twice because probes find no place, once
 // inside another growth. Wherever a table cannot be had there, the set is as it was: keys that may
 // throw as they move are copied (Key), others are moved and put back (String). Wherever a key cannot
-// be copied, it holds the keys it held; it may have grown before the new key's copy failed.
+// be copied, or the free store runs out, it holds the keys it held; it may have grown before the
+// new key's copy failed.
+int blocksLeft = -1;
+
 template <typename Set, typename Key>
 void failEverywhereWhileGrowing(int& budget)
 {
@@ -149,14 +171,15 @@ void failEverywhereWhileGrowing(int& budget)
         keys.push_back(Key(stem[0] == 'T' ? "zym/" : "c/") + stem + ".h");
     for (int allowed = 0, failures = 1; failures > 0; ++allowed)
     {
-        int blocksLeft = -1;
         Set set{RecordingAllocator{&RecordingAllocator::unread, &blocksLeft}};
-        (&budget == &assignmentsLeft ? assignmentsLeft : blocksLeft) = allowed;
+        budget = allowed;
         failures = 0;
         for (std::size_t i = 0; i < keys.size() && failures == 0; ++i)
         {
+            const int left = std::exchange(budget, -1);
             const std::string before = layout(set);
             const std::vector<std::string> keysBefore = sortedKeys(set);
+            budget = left;
             try
             {
                 set.insert(keys[i]);
@@ -164,18 +187,19 @@ void failEverywhereWhileGrowing(int& budget)
             catch (const std::exception&)
             {
                 EXPECT_EQ(keysBefore, sortedKeys(set)) << allowed;
-                EXPECT_TRUE(&budget == &assignmentsLeft || before == layout(set)) << before << " / " << layout(set);
+                EXPECT_TRUE(&budget != &blocksLeft || before == layout(set)) << before << " / " << layout(set);
                 ++failures;
             }
         }
-        assignmentsLeft = -1;
+        budget = -1;
     }
 }
 
-TEST(HashSet, IsLeftAsItWasWhenATableCannotBeHadOrAKeyCopiedInTheMiddleOfAGrowth)
+TEST(HashSet, IsLeftAsItWasWhenATableOrMemoryCannotBeHadOrAKeyCopiedInTheMiddleOfAGrowth)
 {
-    int blocks = 0;
-    failEverywhereWhileGrowing<zym::HashSet<String, zym::HashFn<String>, RecordingAllocator>, String>(blocks);
-    failEverywhereWhileGrowing<Set, Key>(blocks);
+    failEverywhereWhileGrowing<zym::HashSet<String, zym::HashFn<String>, RecordingAllocator>, String>(blocksLeft);
+    failEverywhereWhileGrowing<zym::HashSet<String, zym::HashFn<String>, RecordingAllocator>, String>(newsLeft);
+    failEverywhereWhileGrowing<Set, Key>(blocksLeft);
     failEverywhereWhileGrowing<Set, Key>(assignmentsLeft);
+    failEverywhereWhileGrowing<Set, Key>(newsLeft);
 }

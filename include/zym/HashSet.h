@@ -141,6 +141,10 @@ public:
         const std::uint16_t oldLongestProbe = longestProbe;
         Slot* const oldTable = table;
 
+        // Where each old slot's key stands in the newest table. A nested rebuild replaces `table`
+        // and, once it is done, carries these places over to the table it made.
+        Relocation relocation{std::vector<std::uint32_t>(movesKeys ? oldCapacity : 0, unmoved), relocating};
+
         const int argument = requested == 0 ? 1 : static_cast<int>(static_cast<std::uint32_t>(requested));
         const std::uint64_t newCapacity = static_cast<std::uint64_t>(static_cast<std::int64_t>(zym::nextPrime(argument)));
         table = static_cast<Slot*>(allocator.allocateBytes(newCapacity * sizeof(Slot), 16));
@@ -149,10 +153,6 @@ public:
         capacity_ = newCapacity;
         size_ = 0;
         longestProbe = 0;
-
-        // Where each old slot's key stands in the newest table. A nested rebuild replaces `table`
-        // and, once it is done, carries these places over to the table it made.
-        Relocation relocation{std::vector<std::uint32_t>(movesKeys ? oldCapacity : 0, unmoved), relocating};
         relocating = &relocation;
         try
         {
