@@ -11,13 +11,19 @@ namespace
 {
 
 // An element that logs its constructions, copies and destructions, and throws from a copy once
-// `copiesLeft` reaches zero.
+// `copiesLeft` reaches zero, from a construction once `makesLeft` does.
 std::vector<std::string> events;
 int copiesLeft = -1;
+int makesLeft = -1;
 
 struct Tracked
 {
-    Tracked(int number = 0) : value(number) { events.push_back("make " + std::to_string(value)); }
+    Tracked(int number = 0) : value(number)
+    {
+        if (makesLeft-- == 0)
+            throw std::runtime_error("construction refused");
+        events.push_back("make " + std::to_string(value));
+    }
     Tracked(const Tracked& other) : value(other.value)
     {
         if (copiesLeft-- == 0)
@@ -67,7 +73,7 @@ TEST(Vector, TakesItsOwnElementWhileItGrows)
     EXPECT_EQ(vector[0], vector[4]);
 }
 
-TEST(Vector, IsLeftAsItWasWhenACopyThrowsAndRefusesSizesBeyondMemory)
+TEST(Vector, IsLeftAsItWasWhenACopyThrowsReleasesAllWhenAnElementCannotBeMadeAndRefusesSizesBeyondMemory)
 {
     std::vector<std::string> calls;
     Tracker vector{RecordingAllocator{&calls}};
@@ -90,6 +96,14 @@ TEST(Vector, IsLeftAsItWasWhenACopyThrowsAndRefusesSizesBeyondMemory)
     EXPECT_THROW(strings.reserve(1ull << 59), std::length_error);
     EXPECT_THROW(strings.resize(~0ull), std::length_error);
     EXPECT_EQ(12u, calls.size());
+
+    calls.clear();
+    events.clear();
+    makesLeft = 2;
+    EXPECT_THROW(Tracker(3, RecordingAllocator{&calls}), std::runtime_error);
+    makesLeft = -1;
+    EXPECT_EQ((std::vector<std::string>{"make 0", "make 0", "destroy 0", "destroy 0"}), events);
+    EXPECT_EQ((std::vector<std::string>{block("allocate ", 3), "deallocate null 0", block("deallocate block ", 3)}), calls);
 }
 
 // The operations that the Lua bindings call take blocks of exactly the size they ask for.

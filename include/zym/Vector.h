@@ -38,10 +38,19 @@ class Vector
 public:
     explicit Vector(const Allocator& allocator = Allocator()) : allocator_(allocator) {}
 
-    // `size` default-constructed elements in a block of exactly that many.
+    // `size` default-constructed elements in a block of exactly that many. Where an element's
+    // constructor throws, those made are destroyed and the block handed back.
     explicit Vector(std::uint64_t size, const Allocator& allocator = Allocator()) : allocator_(allocator)
     {
-        resize(size);
+        try
+        {
+            resize(size);
+        }
+        catch (...)
+        {
+            destroyAndDeallocate();
+            throw;
+        }
     }
 
     Vector(const Vector&) = delete;
@@ -49,8 +58,7 @@ public:
 
     ~Vector()
     {
-        destroy(data_, size_);
-        allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
+        destroyAndDeallocate();
         data_ = nullptr;
         capacity_ = 0;
         size_ = 0;
@@ -131,6 +139,12 @@ public:
     void clear() { resize(0); }
 
 private:
+    void destroyAndDeallocate()
+    {
+        destroy(data_, size_);
+        allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
+    }
+
     template <typename Value>
     void append(Value&& value)
     {
