@@ -116,24 +116,31 @@ std::string spareRoom;
 
 // Room for the text that the type map makes, so that the memory stream does not grow by copying
 // what it holds: a Type with names of ordinary length writes about 2.5 KiB to the package file
-// and half a KiB to the typedef header, and an include value goes into it once. Memory that is
-// reserved and never written is never touched: too much costs address space, too little growth.
+// and half a KiB to the typedef header, and an include value goes into it once. The count of
+// "<Type" is an estimate (one cut by the edge of a block is missed, one inside a comment counts);
+// room reserved and never written is never touched, and where the system will not reserve it
+// the text grows as it goes.
 std::string roomForText()
 {
     std::ifstream typeMap(findTypeMap(), std::ios::binary);
     std::uint64_t bytes = 0;
-    std::uint64_t elements = 0;
+    std::uint64_t types = 0;
     for (char block[1 << 16]; typeMap.read(block, sizeof block) || typeMap.gcount() > 0;)
     {
-        const auto count = static_cast<std::size_t>(typeMap.gcount());
-        bytes += count;
-        const char* const end = block + count;
-        for (const char* at = block; (at = static_cast<const char*>(std::memchr(at, '<', static_cast<std::size_t>(end - at)))) != nullptr; ++at)
-            ++elements;
+        const std::string_view text(block, static_cast<std::size_t>(typeMap.gcount()));
+        bytes += text.size();
+        for (std::size_t at = text.find("<Type"); at != std::string_view::npos; at = text.find("<Type", at + 1))
+            ++types;
     }
     std::string room = std::move(spareRoom);
     room.clear();
-    room.reserve(static_cast<std::size_t>(4096 * elements + bytes + 65536));
+    try
+    {
+        room.reserve(static_cast<std::size_t>(4096 * types + bytes + 65536));
+    }
+    catch (const std::exception&)
+    {
+    }
     return room;
 }
 
