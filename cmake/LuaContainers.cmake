@@ -27,7 +27,9 @@
 #
 # The tool writes into a staging directory beside <dir>; a file is replaced only where its
 # content changed, so that an unchanged output keeps its time stamp and nothing that depends on
-# it runs again. A run of the tool that fails, or leaves a file unwritten, fails the build.
+# it runs again. A run of the tool that fails, prints an error or does not create both files fails
+# the build. A write that fails once a file is open, on a full disk, the tool does not report, and
+# the build does not see it.
 
 include_guard(GLOBAL)
 
