@@ -130,31 +130,6 @@ TEST(HashSet, GrowsThroughPrimesOnLoadAndOnProbesThatFindNoPlace)
     EXPECT_EQ("17: 4 bUazazaz, 11 azazbUaz, 12 bUbUazaz, 13 azbUazaz, 16 azazazaz", layout(crowded));
 }
 
-// Keys that the set can never place are refused before the table passes 64 slots for each key
-// it held, with the key, its hash and the table it could not be placed in; it keeps its keys.
-TEST(HashSet, TakesElevenKeysOfOneHashAndRefusesKeysItCannotPlace)
-{
-    const std::vector<Key> squaresApart = {"azAA", "azAB", "azAE", "azAJ", "azAQ", "azAZ", "azAe", "azBM", "azB\\", "azCH", "azC[", "bUAA"};
-    for (const auto& [keys, refused] : {std::pair{keysOfOneHash(12), "'bUbUazbU' (hash 2133336812)"},
-                                        std::pair{squaresApart, "'bUAA' (hash 5082829)"}})
-    {
-        Set set;
-        for (std::size_t i = 0; i < 22; ++i)
-            EXPECT_EQ(i >= 11, set.insert(keys[i % 11]).alreadyPresent);
-        try
-        {
-            set.insert(keys[11]);
-            ADD_FAILURE() << refused << " was placed";
-        }
-        catch (const std::length_error& error)
-        {
-            EXPECT_EQ("HashSet: cannot insert " + std::string(refused) + ": other keys hold all eleven of its probe "
-                      "positions even in a table of 673 slots for 11 keys", std::string(error.what()));
-        }
-        EXPECT_EQ(11u, set.size());
-    }
-}
-
 // Include values in families of one hash grow the set twice because probes find no place, once
 // inside another growth. Wherever a table cannot be had there, the set is as it was: keys that may
 // throw as they move are copied (Key), others are moved and put back (String). Wherever a key cannot

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -167,13 +166,11 @@ private:
         if (p == nullptr || *p != '=' || (p = ReaderRules::SkipWhiteSpace(p + 1, encoding)) == nullptr ||
             (*p != '"' && *p != '\''))
             return TiXmlAttribute().Parse(attribute, nullptr, encoding);
-        const char* const value = p + 1;
-        const char* const end = std::strchr(value, *p);
-        if (end == nullptr || std::any_of(value, end, [this](char c) {
-                return c == '&' || (encoding == TIXML_ENCODING_UTF8 && static_cast<unsigned char>(c) >= 0x80);
-            }))
-            return TiXmlAttribute().Parse(attribute, nullptr, encoding);
-        return end[1] != '\0' ? end + 1 : nullptr;
+        const char quote = *p;
+        for (++p; *p != quote; ++p)
+            if (*p == '\0' || *p == '&' || (encoding == TIXML_ENCODING_UTF8 && static_cast<unsigned char>(*p) >= 0x80))
+                return TiXmlAttribute().Parse(attribute, nullptr, encoding);
+        return p[1] != '\0' ? p + 1 : nullptr;
     }
 
     // TiXmlElement::ReadValue: text and nodes up to the first "</".
