@@ -23,10 +23,10 @@ TEST(LuaContainerGenerator, WritesTheHashSetClassRowByRowAndNoFrameForANameWitho
     EXPECT_EQ("", frame.str());
 }
 
-TEST(Streamdiff, ComparesWholeStreamsWhereverTheyStandAndLeavesThemThere)
+TEST(Streamdiff, ComparesWholeStreamsWhereverTheyStandAndPutsBackThoseThatDiffer)
 {
     // The two texts, the bytes already read from each, whether the first has failed; the answer.
-    // Streams that differ are left where they stood.
+    // Streams that differ are left where they stood; streams found the same, failed at their end.
     for (const auto& [first, second, readFirst, readSecond, failed, differ] :
          {std::tuple{"", "", 0, 0, false, false}, {"same", "same", 0, 0, false, false}, {"abcd", "abce", 0, 0, false, true},
           {"abc", "abcd", 0, 0, false, true}, {"\xff", "\x7f", 0, 0, false, true}, {"abcdef", "abcdef", 2, 0, false, false},
@@ -37,7 +37,7 @@ TEST(Streamdiff, ComparesWholeStreamsWhereverTheyStandAndLeavesThemThere)
         b.ignore(readSecond);
         a.setstate(failed ? std::ios::failbit : std::ios::goodbit);
         EXPECT_EQ(differ, streamdiff(a, b)) << '"' << first << "\" vs \"" << second << '"';
-        EXPECT_TRUE(failed || !differ || (a.good() && b.good() && a.tellg() == readFirst && b.tellg() == readSecond)) << first;
+        EXPECT_TRUE(failed || (differ ? a.good() && b.good() && a.tellg() == readFirst && b.tellg() == readSecond : a.fail() && b.fail())) << first;
     }
 }
 

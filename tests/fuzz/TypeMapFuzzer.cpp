@@ -1,6 +1,6 @@
 // Drives both generators in process on arbitrary type-map text, checking what must hold for any
 // input, and holds the limits check against the XML reader itself: findXmlLimitBreach finds a
-// breach of given limits exactly where the document that the reader builds from the same text,
+// breach of given limits exactly when the document that the reader builds from the same text,
 // failed or whole, goes past them. Only small texts go to the reader directly, where its own
 // recursion is safe.
 

@@ -24,10 +24,11 @@ struct XmlFailure
 };
 
 // Follows the reader's own parse of `text` (as XmlText prepares it) without building anything,
-// in time linear in the text, and gives the first element that goes past `limits`, with the row
-// of its tag. The depth and attribute counts it follows are never below those of the document
-// that the reader builds from the same text, so nothing is found only when the reader stays
-// within `limits`.
+// and gives the first element that goes past `limits`, with the row of its tag. The depth and
+// attribute counts it follows are those of the document that the reader builds from the same
+// text, failed or whole: it finds a breach exactly when that document goes past `limits`. Its
+// time is linear in the text; an element's attribute names are compared with one another, which
+// the attribute limit keeps to a few hundred comparisons.
 std::optional<XmlFailure> findXmlLimitBreach(const char* text, const XmlLimits& limits = XmlLimits());
 
 #endif // ZYM_GENERATOR_XMLLIMITS_H
