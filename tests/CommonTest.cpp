@@ -46,9 +46,7 @@ TEST(Capitalize, ChangesTheFirstCharacterOfACopyOnly)
     const String original = "vector of Points";
     EXPECT_EQ("Vector of Points", capitalize(original));
     EXPECT_EQ("vector of Points", original);
-    EXPECT_EQ("vECTOR", decapitalize("VECTOR"));
-    for (const char* unchanged : {"", "3d", "Already", "\xe9t\xe9"})
-        EXPECT_EQ(unchanged, capitalize(unchanged));
-    for (const char* unchanged : {"", "already"})
-        EXPECT_EQ(unchanged, decapitalize(unchanged));
+    for (const auto& [text, upper, lower] : {std::tuple{"VECTOR", "VECTOR", "vECTOR"}, {"", "", ""}, {"3d", "3d", "3d"},
+                                             {"Already", "Already", "already"}, {"\xe9t\xe9", "\xe9t\xe9", "\xe9t\xe9"}})
+        EXPECT_EQ((std::pair<String, String>(upper, lower)), std::pair(capitalize(text), decapitalize(text))) << text;
 }

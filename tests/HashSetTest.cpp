@@ -170,6 +170,7 @@ void failEverywhereWhileGrowing(int& budget)
             catch (const std::exception&)
             {
                 EXPECT_EQ(keysBefore, sortedKeys(set)) << allowed;
+                EXPECT_EQ(keysBefore.size(), set.size()) << allowed;
                 EXPECT_TRUE(&budget != &blocksLeft || before == layout(set)) << before << " / " << layout(set);
                 ++failures;
             }
