@@ -10,7 +10,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -55,14 +54,6 @@ void writeFile(const std::string& path, const std::string& content)
     std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
 }
 
-std::string readAll(std::FILE* file)
-{
-    std::string content(static_cast<std::size_t>(::lseek(fileno(file), 0, SEEK_END)), '\0');
-    ::pread(fileno(file), content.data(), content.size(), 0);
-    std::fclose(file);
-    return content;
-}
-
 // Runs `program` in `work` with exactly `arguments` behind its name and no input, within the
 // limits given (0: none).
 ToolRun runTool(const char* program, const std::vector<std::string>& arguments, Output output, rlim_t fileSizeLimit, rlim_t addressSpaceLimit)
@@ -72,8 +63,9 @@ ToolRun runTool(const char* program, const std::vector<std::string>& arguments, 
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
 
-    std::FILE* const out = std::tmpfile();
-    std::FILE* const err = std::tmpfile();
+    const std::string out = work + ".out", err = work + ".err";
+    writeFile(out, "");
+    writeFile(err, "");
     int pipeEnds[2] = {-1, -1};
     if (output == Output::BrokenPipe && ::pipe(pipeEnds) == 0)
         ::close(pipeEnds[0]);
@@ -81,10 +73,11 @@ ToolRun runTool(const char* program, const std::vector<std::string>& arguments, 
     if (child == 0)
     {
         const rlimit fileSize = {fileSizeLimit, fileSizeLimit}, addressSpace = {addressSpaceLimit, addressSpaceLimit};
-        const bool ready = ::dup2(::open("/dev/null", O_RDONLY), 0) == 0 && ::dup2(fileno(err), 2) == 2 && ::chdir(work.c_str()) == 0 &&
+        const bool ready = ::dup2(::open("/dev/null", O_RDONLY), 0) == 0 && ::dup2(::open(err.c_str(), O_WRONLY), 2) == 2 &&
+                           ::chdir(work.c_str()) == 0 &&
                            (fileSizeLimit == 0 || ::setrlimit(RLIMIT_FSIZE, &fileSize) == 0) &&
                            (addressSpaceLimit == 0 || ::setrlimit(RLIMIT_AS, &addressSpace) == 0) &&
-                           (output == Output::Closed ? ::close(1) == 0 : ::dup2(output == Output::File ? fileno(out) : pipeEnds[1], 1) == 1);
+                           (output == Output::Closed ? ::close(1) == 0 : ::dup2(output == Output::File ? ::open(out.c_str(), O_WRONLY) : pipeEnds[1], 1) == 1);
         for (int descriptor = 3; descriptor < 64; ++descriptor)
             ::close(descriptor);
         if (ready)
@@ -97,7 +90,7 @@ ToolRun runTool(const char* program, const std::vector<std::string>& arguments, 
     struct rusage usage = {};
     ::wait4(child, &status, 0, &usage);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, WIFSIGNALED(status) ? WTERMSIG(status) : 0, usage.ru_maxrss,
-            readAll(out), readAll(err)};
+            readFile(out), readFile(err)};
 }
 
 std::string type(const std::string& attributes)
@@ -221,7 +214,6 @@ std::vector<Case> cases()
          .err = "Could not open file'directory'\n", .package = Kept, .prepare = [] { fs::create_directories(work + "/directory"); }},
         {.name = "TargetInAMissingDirectory", .arguments = {"out.pkg", "missing/out.h"}, .out = successLines("out.pkg", ""),
          .err = "Could not open file'missing/out\\.h'\n", .typedefs = Kept},
-        {.name = "EmptyTargetPath", .arguments = {"", "out.h"}, .out = successLines("", "out.h"), .err = "Could not open file''\n", .package = Kept},
         {.name = "SameTargetTwice", .arguments = {"out.h", "out.h"}, .out = successLines("out.h", "out.h"), .package = Kept,
          .contains = {{"out.h", "#ifndef ZYMLUA_GENERATED_CONTAINER_TYPEDEFS_H"}}},
         // A failed write is not reported: the success line follows all the same.
@@ -255,7 +247,6 @@ std::vector<Case> cases()
 
         // Type maps the XML reader cannot load, and some that it can.
         notLoaded("EmptyTypeMap", "", "0", "Error document empty\\."),
-        notLoaded("WhiteSpaceAlone", " \n\t\r\n  ", "0", "Error document empty\\."),
         notLoaded("Utf16Text", std::string("\xff\xfe<\0T\0y\0p\0e\0", 12), "0", "Error document empty\\."),
         notLoaded("RandomBytes", randomBytes, "[0-9]+", "[^\n]*"),
         notLoaded("CutOffInsideATag", point + "<Type name=\"B\" nam", "2", "Error reading Attributes\\."),
@@ -278,9 +269,9 @@ std::vector<Case> cases()
         {.name = "NestedThirtyTwoDeep", .map = point + repeated("<a>", 32) + repeated("</a>", 32)},
         notLoaded("NestedThirtyThreeDeepBehindAClosedElementAcrossCrLfRows",
                   point + "\r\n" + repeated("<a>\r\n", 31) + "<b>x</b>\r\n<a>\r\n<a/>", "36", deeper),
-        notLoaded("NestedOneHundredThousandDeep", point + repeated("<a>", 100000), "2", deeper),
         notLoaded("EntityAcrossAQuoteBeforeDeepNesting", point + "<a b=\"&#\"#1;\">" + repeated("<a>", 100000), "2", deeper),
         notLoaded("RepeatedAttributeBeforeDeepNesting", point + "<a x=\"1\" x=\"2\">" + repeated("<a>", 40), "2", "Error parsing Element\\."),
+        notLoaded("EndTagInAnotherCaseBeforeDeepNesting", point + "<b></B>" + repeated("<a>", 40), "2", "Error reading end tag\\."),
         notLoaded("EntitiesAcrossEndTags", point + repeated("<a>&#</a>#1;", 100000), "2", deeper),
         notLoaded("Utf8CharactersOverEndTags", "\xef\xbb\xbf" + point + repeated("<a>\xe0</a>", 100000), "2", deeper),
         {.name = "ThirtyTwoAttributes", .map = listed("<Type name=\"A\" namespace=\"n\"", " a", 31) + " />"},

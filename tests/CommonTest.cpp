@@ -1,12 +1,16 @@
-// The functions that nothing in the tool calls, which its runs cannot show: streamdiff,
-// capitalize and decapitalize, writeHashSetDeclaration, and the namespace frame of a name that has
-// no namespace.
+// What the tool's runs cannot show: the functions that nothing in it calls (streamdiff,
+// capitalize and decapitalize, writeHashSetDeclaration), the namespace frame of a name that has no
+// namespace, and the typedef writer's own refusal of a type nested too deep, which a run meets in
+// the package step first.
 
 #include "Common.h"
 #include "LuaContainerGenerator.h"
 
+#include <zymIO/Environment.h>
+
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <tuple>
@@ -21,6 +25,19 @@ TEST(LuaContainerGenerator, WritesTheHashSetClassRowByRowAndNoFrameForANameWitho
     EXPECT_EQ(expected.str(), hashSet.str());
     writeContainerDeclarations(frame, zym::Indentation{1}, "Point");
     EXPECT_EQ("", frame.str());
+}
+
+TEST(LuaContainerGenerator, TypedefsRefuseATypeInThirtyThreeNamespaces)
+{
+    zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).pushbackPath(TEST_SOURCE_ROOT);
+    std::filesystem::create_directories(TEST_SOURCE_ROOT);
+    std::string namespaces = "n";
+    while (namespaces.size() < 33 * 3 - 2)
+        namespaces += "::n";
+    std::ofstream(TEST_SOURCE_ROOT "/LuaContainerPrimitives.xml") << "<Type name=\"T\" namespace=\"" << namespaces << "\" />";
+    std::stringstream typedefs;
+    EXPECT_THROW(writeContainerTypedefs(typedefs), std::runtime_error);
+    std::filesystem::remove_all(TEST_SOURCE_ROOT);
 }
 
 TEST(Streamdiff, ComparesWholeStreamsWhereverTheyStandAndPutsBackThoseThatDiffer)

@@ -103,8 +103,8 @@ TEST(Vector, SizedReservedAndResizedInBlocksOfExactlyTheRequest)
     std::vector<std::string> calls;
     {
         Tracker vector(2, RecordingAllocator{&calls});
-        vector.reserve(7);
-        vector.reserve(5);
+        for (std::uint64_t capacity : {7u, 7u, 5u})
+            vector.reserve(capacity);
         vector.resize(1);
         vector.resize(9);
         vector.clear();
