@@ -1,6 +1,7 @@
 #include <zym/ByteAllocator.h>
 #include <zym/Core.h>
 #include <zym/String.h>
+#include <zym/Xml.h>
 
 #include <gtest/gtest.h>
 
@@ -31,4 +32,12 @@ TEST(OutOfMemory, StopsFormatAndTheAllocatorWithAMessage)
     EXPECT_EXIT(zym::ByteAllocator().allocateBytes(std::size_t(1) << 62, 16), testing::ExitedWithCode(1),
                 "^zymCore: out of memory: could not allocate 4611686018427387904 bytes\n$");
 #endif
+}
+
+TEST(ParseAttribute, GivesTheCoreLibraryWhatItRaises)
+{
+    TiXmlDocument map("map.xml");
+    map.Parse("<Type />");
+    EXPECT_THROW(zym::parseAttribute<bool>(map.FirstChildElement(), "isPOD"), std::runtime_error);
+    EXPECT_NE(std::string::npos, zym::errorLog().at(0).what.find("XML error: Could not locate attribute 'isPOD'. Error at row 1\nFile: map.xml"));
 }
