@@ -56,13 +56,7 @@ public:
     Vector(const Vector&) = delete;
     Vector& operator=(const Vector&) = delete;
 
-    ~Vector()
-    {
-        destroyAndDeallocate();
-        data_ = nullptr;
-        capacity_ = 0;
-        size_ = 0;
-    }
+    ~Vector() { destroyAndDeallocate(); }
 
     void push_back(const T& value) { append(value); }
     void push_back(T&& value) { append(std::move(value)); }
