@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 build="${BENCH_BUILD_DIR:-build-bench}"
-scripts/install-dependencies.sh cmake g++ pkg-config libtinyxml-dev libpystring-dev libbenchmark-dev python3
+scripts/install-dependencies.sh cmake g++ pkg-config libtinyxml-dev libpystring-dev python3
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZYM_BUILD_BENCHMARKS=ON >/dev/null
 cmake --build "$build" --target benchmarks -j "$(nproc)" >/dev/null
 exec python3 bench/run.py --build "$build" "$@"
