@@ -2,6 +2,7 @@
 #define ZYM_XML_H
 
 #include <zym/Core.h>
+#include <zym/ReportedError.h>
 #include <zym/String.h>
 
 #include <tinyxml.h>
@@ -31,11 +32,11 @@ public:
     std::string description;
 };
 
-// Reports a bad attribute of `element` on std::cerr and throws the same report as a
-// std::runtime_error. The source position is that of the statement that raised it.
+// Reports a bad attribute of `element` on std::cerr and raises the same report, with the source
+// position of the statement that raised it.
 [[noreturn]] inline void throwAttributeError(const TiXmlElement* element, const char* problemTemplate,
-                                             const char* attributeName, const char* sourcePath,
-                                             unsigned sourceLine, const char* signature)
+                                             const char* attributeName, const char* sourcePath, unsigned sourceLine,
+                                             const char* signature)
 {
     char problemText[8192];
     std::snprintf(problemText, sizeof problemText, problemTemplate, attributeName);
@@ -49,23 +50,22 @@ public:
            << *element << "\n"
            << rule << "\n";
 
-    std::cerr << report.str() << std::endl;
-
     const std::runtime_error error(report.str());
     const std::string description = zym::buildErrorString("[%s:%u (%s)]", "", sourcePath, sourceLine, signature);
-    throw ExceptionDescriber(description) % error;
+    zym::raiseReported(ExceptionDescriber(description) % error);
 }
 
 } // namespace zym_internal
 
-#define ZYM_RAISE_ATTRIBUTE_ERROR(element, problemTemplate, attributeName)                                        \
-    zym_internal::throwAttributeError(element, problemTemplate, attributeName, __FILE__,                          \
+// The position is that of the statement that names the macro.
+#define ZYM_RAISE_ATTRIBUTE_ERROR(element, problemTemplate, attributeName)                                             \
+    zym_internal::throwAttributeError(element, problemTemplate, attributeName, __FILE__,                               \
                                       static_cast<unsigned>(__LINE__), __PRETTY_FUNCTION__)
 
 namespace zym
 {
 
-// The value of one attribute of `element`; a missing or malformed attribute is reported and thrown.
+// The value of one attribute of `element`; a missing or malformed attribute is reported and raised.
 template <typename T>
 T parseAttribute(const TiXmlElement* element, const char* attributeName);
 

@@ -5,11 +5,11 @@
 
 #include "LuaContainerGenerator.h"
 #include "Common.h"
-#include "Rows.h"
 #include "XmlFile.h"
 
 #include <zym/HashSet.h>
 #include <zym/PyString.h>
+#include <zym/ReportedError.h>
 #include <zym/Vector.h>
 #include <zym/Xml.h>
 #include <zymIO/Environment.h>
@@ -17,153 +17,178 @@
 #include <tinyxml.h>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <fstream>
 #include <iostream>
-#include <optional>
+#include <limits>
 #include <sstream>
 #include <stdexcept>
+#include <string>
 #include <string_view>
-#include <typeinfo>
-#include <utility>
 
 const char* TypeMapPath = "LuaContainerPrimitives.xml";
-
-using zym::Generator::ClassName;
-using zym::Generator::QualifiedName;
-using zym::Generator::Rows;
 
 namespace
 {
 
-const String& namespaceSeparator()
+// ---------------------------------------------------------------------------------------------
+// Rows
+
+// A type's name in its namespace, as "zym::geo::Ray".
+struct QualifiedName
 {
-    static const String separator("::");
-    return separator;
+    const String& typeNamespace;
+    const String& typeName;
+};
+
+// A container class's name, as "RayVector".
+struct ClassName
+{
+    const String& typeName;
+    const char* container;
+};
+
+// The rows of a text on one stream: rows(indentation, pieces...) writes one row, its indentation
+// (two blanks per level), its pieces and a line end, and flushes the stream as std::endl does.
+class Rows
+{
+public:
+    explicit Rows(std::ostream& target) : stream(target) {}
+
+    template <typename... Pieces>
+    void operator()(zym::Indentation indentation, const Pieces&... pieces)
+    {
+        row.assign(2 * indentation.level, ' ');
+        (append(pieces), ...);
+        row += '\n';
+        stream.write(row.data(), static_cast<std::streamsize>(row.size()));
+        stream.flush();
+    }
+
+private:
+    template <std::size_t length>
+    void append(const char (&text)[length])
+    {
+        row.append(text, length - 1);
+    }
+    void append(std::string_view text) { row.append(text); }
+    void append(const QualifiedName& name) { row.append(name.typeNamespace).append("::").append(name.typeName); }
+    void append(const ClassName& name) { row.append(name.typeName).append(name.container); }
+
+    std::ostream& stream;
+    std::string row; // composed whole, so that it reaches the stream in one write
+};
+
+// ---------------------------------------------------------------------------------------------
+// Namespaces
+
+// A type's classes stand inside one scope per namespace component, each a step further in, so that
+// its text grows with the square of their number. Real namespaces have one to three components.
+constexpr std::uint64_t maxNamespaceDepth = 32;
+
+// pystring::rfind searches up to its end argument: this one is beyond any text.
+constexpr int wholeText = std::numeric_limits<int>::max();
+
+// Where a qualified name is cut into its namespace and its type name: at its last "::", if any.
+int namespaceEnd(const String& qualifiedName)
+{
+    return pystring::rfind(qualifiedName, String("::"), 0, wholeText);
 }
 
-// A type's classes stand inside one scope per namespace component, each a step further in, so
-// that its text grows with the square of their number. Real namespaces have one to three.
-constexpr std::uint64_t maxNamespaceComponents = 32;
-
-// The number of pieces that pystring::split cuts `text` into at "::".
-std::uint64_t namespaceComponentCount(std::string_view text)
+// Both steps refuse a type whose namespace, as the package step cuts it from the qualified name,
+// has more components than maxNamespaceDepth; the typedef step's namespace never has more.
+void checkNamespaceDepth(const TiXmlElement* type, const String& qualifiedName)
 {
-    std::uint64_t count = 1;
-    for (std::size_t at = text.find("::"); at != std::string_view::npos; at = text.find("::", at + 2))
-        ++count;
-    return count;
+    const std::string_view typeNamespace(qualifiedName.data(), static_cast<std::size_t>(namespaceEnd(qualifiedName)));
+    std::uint64_t depth = 1; // the pieces that pystring::split cuts it into
+    for (std::size_t at = typeNamespace.find("::"); at != std::string_view::npos; at = typeNamespace.find("::", at + 2))
+        ++depth;
+    if (depth > maxNamespaceDepth)
+        zym::raiseReported(std::runtime_error("TypeMap: the Type on row " + std::to_string(type->Row()) +
+                                              " lies in more than " + std::to_string(maxNamespaceDepth) +
+                                              " nested namespaces."));
 }
 
-// Reported like a bad attribute: one line on std::cerr, then the same text as a std::runtime_error.
-void checkNamespaceDepth(const TiXmlElement* type, std::uint64_t components)
+// Writes `body` inside one scope per component of `typeNamespace`, each a level further in than
+// the one around it, and closes them again, each "}" at the indentation of its "{", and then the
+// empty row that ends a type's text. `body` gets the indentation inside the innermost scope.
+template <typename Body>
+void writeInNamespaces(Rows& rows, zym::Indentation level, const String& typeNamespace, Body body)
 {
-    if (components <= maxNamespaceComponents)
-        return;
-    const std::string line = "TypeMap: the Type on row " + std::to_string(type->Row()) + " lies in more than " +
-                             std::to_string(maxNamespaceComponents) + " nested namespaces.";
-    std::cerr << line << std::endl;
-    throw std::runtime_error(line);
-}
-
-// Opens one scope per component, each one level deeper than the one around it.
-void writeNamespaceOpenings(Rows& rows, zym::Indentation level, const Vector<String>& components)
-{
+    Vector<String> components;
+    pystring::split(typeNamespace, components, String("::"), -1);
     for (std::uint64_t i = 0; i < components.size(); ++i)
     {
         rows(level + i, "namespace ", components[i]);
         rows(level + i, "{");
     }
+    body(level + components.size());
+    for (std::uint64_t i = components.size(); i-- > 0;)
+        rows(level + i, "}");
+    rows(level);
 }
 
-// Closes the scopes of writeNamespaceOpenings, innermost first, each at the indentation of its "{".
-void writeNamespaceClosings(Rows& rows, zym::Indentation level, std::uint64_t depth)
-{
-    for (std::uint64_t i = depth; i-- > 0;)
-        rows(level + i, "}");
-}
+// ---------------------------------------------------------------------------------------------
+// The type map and the file writer
 
 String findTypeMap()
 {
     return zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).find(String(TypeMapPath));
 }
 
-// Says why the type map could not be loaded and marks `stream` as failed, so that the text it
-// holds is never taken for a whole one and the file writer leaves its target alone.
-bool reportLoadFailure(std::ostream& stream, const String& fullPath, std::uint64_t errorRow, const char* errorDesc)
+// Loads the type map, or says why it cannot and marks `stream` failed, so that its text is never
+// taken for a whole one and the file writer leaves its target alone.
+bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& stream)
 {
-    std::cerr << "TypeMap: Could not load " << TypeMapPath << " (full file path: '" << fullPath
-              << "'). Error on row " << errorRow << ": " << errorDesc << std::endl;
+    const std::optional<XmlFailure> failure = loadXmlFile(document);
+    if (!failure)
+        return true;
+    std::cerr << "TypeMap: Could not load " << TypeMapPath << " (full file path: '" << fullPath << "'). Error on row "
+              << failure->row << ": " << failure->description << std::endl;
     stream.setstate(std::ios::failbit);
     return false;
 }
 
-bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& stream)
-{
-    if (const std::optional<XmlFailure> failure = loadXmlFile(document))
-        return reportLoadFailure(stream, fullPath, failure->row, failure->description.c_str());
-    return true;
-}
-
-// The block of the last text written: its pages are touched already, and the next text reuses them.
-std::string spareRoom;
-
-// Room for the text that the type map makes, so that the memory stream does not grow by copying
-// what it holds: a Type with names of ordinary length writes about 2.5 KiB to the package file
-// and half a KiB to the typedef header, and an include value goes into it once. The count of
-// "<Type" is an estimate (one cut by the edge of a block is missed, one inside a comment counts);
-// room reserved and never written is never touched, and where the system will not reserve it
-// the text grows as it goes.
+// Room for a text, so that the memory stream does not grow by copying what it holds: a map of
+// ordinary types makes a package file of about 40 times its size, and a typedef header of about 6
+// times. Room that is never written is never touched. Past a GiB the text grows as it goes.
 std::string roomForText()
 {
-    std::ifstream typeMap(findTypeMap(), std::ios::binary);
-    std::uint64_t bytes = 0;
-    std::uint64_t types = 0;
-    for (char block[1 << 16]; typeMap.read(block, sizeof block) || typeMap.gcount() > 0;)
-    {
-        const std::string_view text(block, static_cast<std::size_t>(typeMap.gcount()));
-        bytes += text.size();
-        for (std::size_t at = text.find("<Type"); at != std::string_view::npos; at = text.find("<Type", at + 1))
-            ++types;
-    }
-    std::string room = std::move(spareRoom);
-    room.clear();
-    try
-    {
-        room.reserve(static_cast<std::size_t>(4096 * types + bytes + 65536));
-    }
-    catch (const std::exception&)
-    {
-    }
+    std::string room;
+    struct stat typeMap = {};
+    if (::stat(findTypeMap().c_str(), &typeMap) == 0)
+        room.reserve(static_cast<std::size_t>(
+            std::min<std::uint64_t>(40 * static_cast<std::uint64_t>(typeMap.st_size), std::uint64_t(1) << 30)));
     return room;
 }
 
-// Builds the text in memory and only then replaces the target with it, in one write.
+// Builds the whole text in memory, and only then replaces the target with it, in one write.
 void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), const char* successText)
 {
     std::stringstream text(roomForText(), std::ios::in | std::ios::out);
+    text.exceptions(std::ios::badbit); // memory that runs out ends the run, not the text
     generate(text);
-    if (!text.fail())
+    if (text.fail())
+        return;
+    std::ofstream file(path, std::ios::out | std::ios::trunc);
+    if (file.fail())
     {
-        std::ofstream file(path, std::ios::out | std::ios::trunc);
-        if (file.fail())
-            std::cerr << "Could not open file'" << path << "'" << std::endl;
-        else
-        {
-            // The text leaves from the stream's own buffer, without a copy. The seek makes the buffer's
-            // read end catch up with all that was written, so that the whole text goes in one write.
-            text.seekg(0);
-            file << text.rdbuf();
-            std::cout << successText << path << std::endl;
-        }
+        std::cerr << "Could not open file'" << path << "'" << std::endl;
+        return;
     }
-    spareRoom = std::move(text).str();
+    file << std::move(text).str();
+    std::cout << successText << path << std::endl;
 }
+
+// ---------------------------------------------------------------------------------------------
+// The end of a run
 
 // A standard stream that was closed is opened on /dev/null: otherwise a target would be opened
 // under its number, and the success line would be written into it.
@@ -174,28 +199,40 @@ void keepStandardStreamsOpen()
             std::_Exit(1);
 }
 
-// An exception that leaves main ends the run with status 1. A failure of the type map has printed
-// its report before it raised a plain std::runtime_error; anything else is told here in one line.
+// Control bytes of a message as the XML reader writes them, "&#x0A;", so that it stays one line.
+std::string escapedControlBytes(std::string_view text)
+{
+    static const char digits[] = "0123456789ABCDEF";
+    std::string escaped;
+    for (const char byte : text)
+    {
+        const auto code = static_cast<unsigned char>(byte);
+        if (code < 0x20 || code == 0x7f)
+            escaped.append("&#x").append(1, digits[code >> 4]).append(1, digits[code & 0xf]).append(";");
+        else
+            escaped += byte;
+    }
+    return escaped;
+}
+
+// An exception that leaves main ends the run with status 1. A failure of the type map has told
+// itself already; anything else is told here, in one line.
 [[noreturn]] void endOnUncaughtException()
 {
-    if (const std::exception_ptr error = std::current_exception())
+    try
     {
-        try
-        {
-            std::rethrow_exception(error);
-        }
-        catch (const std::exception& other)
-        {
-            if (typeid(other) != typeid(std::runtime_error))
-                std::cerr << "LuaContainerGenerator: " << other.what() << std::endl;
-        }
-        catch (...)
-        {
-            std::cerr << "LuaContainerGenerator: unknown exception" << std::endl;
-        }
+        throw;
     }
-    std::cout.flush();
-    std::cerr.flush();
+    catch (const zym::ReportedError&)
+    {}
+    catch (const std::exception& error)
+    {
+        std::cerr << "LuaContainerGenerator: " << escapedControlBytes(error.what()) << std::endl;
+    }
+    catch (...)
+    {
+        std::cerr << "LuaContainerGenerator: unknown exception" << std::endl;
+    }
     std::_Exit(1);
 }
 
@@ -215,8 +252,8 @@ void writeContainerDeclarations(std::ostream& stream)
 
     HashSet<String> includes;
     Vector<String> qualifiedNames;
-    for (const char* defaultInclude : {"zym/Vector.h", "zym/HashSet.h", "zymData/Array.h", "zymData/Buffer.h", "zymData/Value.h"})
-        includes.insert(String(defaultInclude));
+    for (const char* path : {"zym/Vector.h", "zym/HashSet.h", "zymData/Array.h", "zymData/Buffer.h", "zymData/Value.h"})
+        includes.insert(String(path));
 
     TiXmlDocument document(fullPath.c_str());
     if (!loadTypeMap(document, fullPath, stream))
@@ -228,187 +265,176 @@ void writeContainerDeclarations(std::ostream& stream)
         const String typeName = zym::parseAttribute<String>(type, "name");
         const String typeNamespace = zym::parseAttribute<String>(type, "namespace");
         String qualifiedName = typeNamespace + "::" + typeName;
-        checkNamespaceDepth(type, namespaceComponentCount(std::string_view(qualifiedName).substr(0, qualifiedName.rfind("::"))));
+        checkNamespaceDepth(type, qualifiedName);
         qualifiedNames.push_back(std::move(qualifiedName));
         if (const char* include = type->Attribute("include"))
             includes.insert(String(include));
     }
 
     const zym::Indentation level;
+    Rows rows(stream);
     zym::Generator::addCopyright(stream);
-    {
-        Rows rows(stream);
-        for (const String& include : includes)
-            rows(level, "$#include <", include, ">");
-        rows(level, "$#include <zymLua/generated_container_typedefs.h>");
-        rows(level, "$ifile \"zym/Math.tolua\"");
-        rows(level);
-    }
+    for (const String& include : includes)
+        rows(level, "$#include <", include, ">");
+    rows(level, "$#include <zymLua/generated_container_typedefs.h>");
+    rows(level, "$ifile \"zym/Math.tolua\"");
+    rows(level);
     for (const String& qualifiedName : qualifiedNames)
         writeContainerDeclarations(stream, level, qualifiedName);
 }
 
 void writeContainerDeclarations(std::ostream& stream, zym::Indentation level, const String& qualifiedName)
 {
-    const int pos = pystring::rfind(qualifiedName, namespaceSeparator(), 0, 2147483647);
-    if (pos < 0)
+    const int cut = namespaceEnd(qualifiedName);
+    if (cut < 0)
         return;
-    const std::size_t cut = static_cast<std::size_t>(pos);
-    const String typeNamespace = qualifiedName.substr(0, cut);
-    const String typeName = qualifiedName.substr(cut + 2);
+    const String typeNamespace = qualifiedName.substr(0, static_cast<std::size_t>(cut));
+    const String typeName = qualifiedName.substr(static_cast<std::size_t>(cut) + 2);
 
-    Vector<String> components;
-    pystring::split(typeNamespace, components, namespaceSeparator(), -1);
-    const std::uint64_t depth = components.size();
-
-    {
-        Rows rows(stream);
-        writeNamespaceOpenings(rows, level, components);
-    }
-    writeVectorDeclaration(stream, level + depth, typeName, typeNamespace);
-    writeArrayDeclaration(stream, level + depth, typeName, typeNamespace);
-    writeBufferDeclaration(stream, level + depth, typeName, typeNamespace);
-    writeValueDeclaration(stream, level + depth, typeName, typeNamespace);
     Rows rows(stream);
-    writeNamespaceClosings(rows, level, depth);
-    rows(level);
+    writeInNamespaces(rows, level, typeNamespace, [&](zym::Indentation inner) {
+        writeVectorDeclaration(stream, inner, typeName, typeNamespace);
+        writeArrayDeclaration(stream, inner, typeName, typeNamespace);
+        writeBufferDeclaration(stream, inner, typeName, typeNamespace);
+        writeValueDeclaration(stream, inner, typeName, typeNamespace);
+    });
 }
 
 // ---------------------------------------------------------------------------------------------
 // Class declarations. Each writer is its class, row by row: `level` rows stand at the braces,
-// `member` rows one step inside.
+// `level + 1` rows one step inside.
 
-void writeVectorDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+void writeVectorDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                            const String& typeNamespace)
 {
     const ClassName className{typeName, "Vector"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
-    const zym::Indentation member = level + 1;
     Rows rows(stream);
 
-    rows(level,  "class ", className);
-    rows(level,  "{");
-    rows(member, className, "();");
-    rows(member, className, "(unsigned int size);");
-    rows(member);
-    rows(member, qualifiedName, " at( unsigned int ) const;");
-    rows(member, "void push_back( ", qualifiedName, " value );");
-    rows(member, qualifiedName, " front() const;");
-    rows(member, qualifiedName, " back() const;");
-    rows(member, "void resize( unsigned int size );");
-    rows(member, "void reserve( unsigned int size );");
-    rows(member, "void clear();");
-    rows(member, "unsigned int size() const;");
-    rows(member, "bool empty() const;");
-    rows(level,  "};");
+    rows(level, "class ", className);
+    rows(level, "{");
+    rows(level + 1, className, "();");
+    rows(level + 1, className, "(unsigned int size);");
+    rows(level + 1);
+    rows(level + 1, qualifiedName, " at( unsigned int ) const;");
+    rows(level + 1, "void push_back( ", qualifiedName, " value );");
+    rows(level + 1, qualifiedName, " front() const;");
+    rows(level + 1, qualifiedName, " back() const;");
+    rows(level + 1, "void resize( unsigned int size );");
+    rows(level + 1, "void reserve( unsigned int size );");
+    rows(level + 1, "void clear();");
+    rows(level + 1, "unsigned int size() const;");
+    rows(level + 1, "bool empty() const;");
+    rows(level, "};");
     rows(level);
 }
 
-void writeArrayDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+void writeArrayDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                           const String& typeNamespace)
 {
     const ClassName className{typeName, "Array"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
-    const zym::Indentation member = level + 1;
     Rows rows(stream);
 
-    rows(level,  "class ", className);
-    rows(level,  "{");
-    rows(member, className, "();");
-    rows(member);
-    rows(member, qualifiedName, " at( unsigned int ) const;");
-    rows(member, qualifiedName, " front() const;");
-    rows(member, qualifiedName, " back() const;");
-    rows(member, "unsigned int size() const;");
-    rows(member, "bool empty() const;");
-    rows(level,  "};");
+    rows(level, "class ", className);
+    rows(level, "{");
+    rows(level + 1, className, "();");
+    rows(level + 1);
+    rows(level + 1, qualifiedName, " at( unsigned int ) const;");
+    rows(level + 1, qualifiedName, " front() const;");
+    rows(level + 1, qualifiedName, " back() const;");
+    rows(level + 1, "unsigned int size() const;");
+    rows(level + 1, "bool empty() const;");
+    rows(level, "};");
     rows(level);
 }
 
-void writeBufferDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+void writeBufferDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                            const String& typeNamespace)
 {
     const ClassName className{typeName, "Buffer"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
-    const zym::Indentation member = level + 1;
     Rows rows(stream);
 
-    rows(level,  "class ", className, " : public zymData::Buffer");
-    rows(level,  "{");
-    rows(level,  "public:");
-    rows(member, "TOLUA_REFERENCED_CLASS");
-    rows(member, "TOLUA_PROTECTED_DESTRUCTOR");
-    rows(member);
-    rows(member, className, "();");
-    rows(member, className, "(zym::Name name);");
-    rows(member);
-    rows(member, qualifiedName, " at( unsigned int ) const;");
-    rows(member, "void push_back( ", qualifiedName, " value );");
-    rows(member, qualifiedName, " front() const;");
-    rows(member, qualifiedName, " back() const;");
-    rows(member, "void resize( unsigned int size );");
-    rows(member, "void reserve( unsigned int size );");
-    rows(member, "void clear();");
-    rows(member, "unsigned int size() const;");
-    rows(member, "bool empty() const;");
-    rows(member, "void commit();");
-    rows(member, "void commit(zym::Index index);");
-    rows(member, "void commit(zymData::IndexArray indices);");
-    rows(member, "void commit(zym::IndexRange32 range);");
-    rows(member, "void print() const;");
-    rows(member, "zymData::Format *getFormat();");
-    rows(level,  "};");
+    rows(level, "class ", className, " : public zymData::Buffer");
+    rows(level, "{");
+    rows(level, "public:");
+    rows(level + 1, "TOLUA_REFERENCED_CLASS");
+    rows(level + 1, "TOLUA_PROTECTED_DESTRUCTOR");
+    rows(level + 1);
+    rows(level + 1, className, "();");
+    rows(level + 1, className, "(zym::Name name);");
+    rows(level + 1);
+    rows(level + 1, qualifiedName, " at( unsigned int ) const;");
+    rows(level + 1, "void push_back( ", qualifiedName, " value );");
+    rows(level + 1, qualifiedName, " front() const;");
+    rows(level + 1, qualifiedName, " back() const;");
+    rows(level + 1, "void resize( unsigned int size );");
+    rows(level + 1, "void reserve( unsigned int size );");
+    rows(level + 1, "void clear();");
+    rows(level + 1, "unsigned int size() const;");
+    rows(level + 1, "bool empty() const;");
+    rows(level + 1, "void commit();");
+    rows(level + 1, "void commit(zym::Index index);");
+    rows(level + 1, "void commit(zymData::IndexArray indices);");
+    rows(level + 1, "void commit(zym::IndexRange32 range);");
+    rows(level + 1, "void print() const;");
+    rows(level + 1, "zymData::Format *getFormat();");
+    rows(level, "};");
     rows(level);
 }
 
 // The library has no Value container of its own string type: a type named "String" gets none.
-void writeValueDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+void writeValueDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                           const String& typeNamespace)
 {
     if (typeName == "String")
         return;
 
     const ClassName className{typeName, "Value"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
-    const zym::Indentation member = level + 1;
     Rows rows(stream);
 
-    rows(level,  "class ", className, " : public zymData::Value");
-    rows(level,  "{");
-    rows(level,  "public:");
-    rows(member, "TOLUA_REFERENCED_CLASS");
-    rows(member, "TOLUA_PROTECTED_DESTRUCTOR");
-    rows(member);
-    rows(member, className, "();");
-    rows(member, className, "(zym::Name name);");
-    rows(member, className, "(", qualifiedName, " value);");
-    rows(member, className, "(zym::Name name, ", qualifiedName, " value);");
-    rows(member);
-    rows(member, "void set(", qualifiedName, " value);");
-    rows(member, qualifiedName, " get() const;");
-    rows(member, "zymData::Format *getFormat();");
-    rows(level,  "};");
+    rows(level, "class ", className, " : public zymData::Value");
+    rows(level, "{");
+    rows(level, "public:");
+    rows(level + 1, "TOLUA_REFERENCED_CLASS");
+    rows(level + 1, "TOLUA_PROTECTED_DESTRUCTOR");
+    rows(level + 1);
+    rows(level + 1, className, "();");
+    rows(level + 1, className, "(zym::Name name);");
+    rows(level + 1, className, "(", qualifiedName, " value);");
+    rows(level + 1, className, "(zym::Name name, ", qualifiedName, " value);");
+    rows(level + 1);
+    rows(level + 1, "void set(", qualifiedName, " value);");
+    rows(level + 1, qualifiedName, " get() const;");
+    rows(level + 1, "zymData::Format *getFormat();");
+    rows(level, "};");
     rows(level);
 }
 
 // Not part of the package file: the library binds no hash set container yet.
-void writeHashSetDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace)
+void writeHashSetDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                             const String& typeNamespace)
 {
     const ClassName className{typeName, "Hash"};
     const QualifiedName qualifiedName{typeNamespace, typeName};
-    const zym::Indentation member = level + 1;
     Rows rows(stream);
 
-    rows(level,  "class ", className);
-    rows(level,  "{");
-    rows(member, className, "();");
-    rows(member);
-    rows(member, "struct iterator {};");
-    rows(member, "struct const_iterator {};");
-    rows(member);
-    rows(member, "const_iterator end @ End();");
-    rows(member, "const_iterator begin @ Begin();");
-    rows(member, "void insert( ", qualifiedName, " value );");
-    rows(member, "bool contains( ", qualifiedName, " value );");
-    rows(member, "unsigned int size() const;");
-    rows(member, "bool empty() const;");
-    rows(level,  "};");
+    rows(level, "class ", className);
+    rows(level, "{");
+    rows(level + 1, className, "();");
+    rows(level + 1);
+    rows(level + 1, "struct iterator {};");
+    rows(level + 1, "struct const_iterator {};");
+    rows(level + 1);
+    rows(level + 1, "const_iterator end @ End();");
+    rows(level + 1, "const_iterator begin @ Begin();");
+    rows(level + 1, "void insert( ", qualifiedName, " value );");
+    rows(level + 1, "bool contains( ", qualifiedName, " value );");
+    rows(level + 1, "unsigned int size() const;");
+    rows(level + 1, "bool empty() const;");
+    rows(level, "};");
     rows(level);
 }
 
@@ -422,27 +448,25 @@ void writeContainerTypedefs(const String& path)
 
 void writeContainerTypedefs(std::ostream& stream)
 {
-    static const char* const guard = "ZYMLUA_GENERATED_CONTAINER_TYPEDEFS_H";
+    const char* const guard = "ZYMLUA_GENERATED_CONTAINER_TYPEDEFS_H";
     const String fullPath = findTypeMap();
     const zym::Indentation level;
+    Rows rows(stream);
 
-    // The banner row: the banner's own bytes, then the row's newline.
+    // The banner row: the banner's own bytes, then the row's line end.
     zym::Generator::addCopyright(stream);
-    {
-        Rows rows(stream);
-        rows(level);
-        rows(level, "#ifndef ", guard);
-        rows(level, "#define ", guard);
-        rows(level);
-        rows(level, "#include <zym/Vec2.h>");
-        rows(level, "#include <zym/Vec3.h>");
-        rows(level, "#include <zym/Vec4.h>");
-        rows(level, "#include <zym/Matrix3x3.h>");
-        rows(level, "#include <zym/AffineMatrix4x4.h>");
-        rows(level, "#include <zym/Quat.h>");
-        rows(level, "#include <zym/Uuid.h>");
-        rows(level);
-    }
+    rows(level);
+    rows(level, "#ifndef ", guard);
+    rows(level, "#define ", guard);
+    rows(level);
+    rows(level, "#include <zym/Vec2.h>");
+    rows(level, "#include <zym/Vec3.h>");
+    rows(level, "#include <zym/Vec4.h>");
+    rows(level, "#include <zym/Matrix3x3.h>");
+    rows(level, "#include <zym/AffineMatrix4x4.h>");
+    rows(level, "#include <zym/Quat.h>");
+    rows(level, "#include <zym/Uuid.h>");
+    rows(level);
 
     TiXmlDocument document(fullPath.c_str());
     if (!loadTypeMap(document, fullPath, stream))
@@ -454,26 +478,18 @@ void writeContainerTypedefs(std::ostream& stream)
         const String typeName = zym::parseAttribute<String>(type, "name");
         const String typeNamespace = zym::parseAttribute<String>(type, "namespace");
         const bool isPOD = type->Attribute("isPOD") == nullptr || zym::parseAttribute<bool>(type, "isPOD");
-
-        Vector<String> components;
-        pystring::split(typeNamespace, components, namespaceSeparator(), -1);
-        const std::uint64_t depth = components.size();
-        checkNamespaceDepth(type, depth);
+        checkNamespaceDepth(type, typeNamespace + "::" + typeName);
         const QualifiedName qualifiedName{typeNamespace, typeName};
-        const std::string_view podSuffix = isPOD ? "POD" : "";
-        const zym::Indentation inner = level + depth;
+        const char* const podSuffix = isPOD ? "POD" : "";
 
-        Rows rows(stream);
-        writeNamespaceOpenings(rows, level, components);
-        rows(inner, "typedef zym::Vector", podSuffix, "< ", qualifiedName, " > ", typeName, "Vector;");
-        rows(inner, "typedef zymData::Array< ", qualifiedName, " > ", typeName, "Array;");
-        rows(inner, "typedef zymData::BufferT< ", qualifiedName, " > ", typeName, "Buffer;");
-        rows(inner, "typedef zymData::ValueT< ", qualifiedName, " > ", typeName, "Value;");
-        writeNamespaceClosings(rows, level, depth);
-        rows(level);
+        writeInNamespaces(rows, level, typeNamespace, [&](zym::Indentation inner) {
+            rows(inner, "typedef zym::Vector", podSuffix, "< ", qualifiedName, " > ", typeName, "Vector;");
+            rows(inner, "typedef zymData::Array< ", qualifiedName, " > ", typeName, "Array;");
+            rows(inner, "typedef zymData::BufferT< ", qualifiedName, " > ", typeName, "Buffer;");
+            rows(inner, "typedef zymData::ValueT< ", qualifiedName, " > ", typeName, "Value;");
+        });
     }
 
-    Rows rows(stream);
     rows(level);
     rows(level, "#endif //", guard);
 }
@@ -490,8 +506,7 @@ int main(int argc, char** argv)
 
     if (argc <= 2)
     {
-        const char* programName = argc > 0 && argv[0] != nullptr ? argv[0] : "";
-        std::cerr << "Usage: " << programName << "<target file path> <typedef file path>" << std::endl;
+        std::cerr << "Usage: " << (argc > 0 ? argv[0] : "") << "<target file path> <typedef file path>" << std::endl;
         return -1;
     }
 
@@ -499,7 +514,8 @@ int main(int argc, char** argv)
     environment.getFilePath(zymIO::Environment::DataFilePath).pushbackPath(SourceRootPath);
     environment.getFilePath(zymIO::Environment::DataFilePath).pushbackPath(String::format("%s/data", SourceRootPath));
     environment.getFilePath(zymIO::Environment::ComponentFilePath).pushbackPath(SourceRootPath);
-    environment.getFilePath(zymIO::Environment::ComponentFilePath).pushbackPath(String::format("%s/Components/zym", SourceRootPath));
+    environment.getFilePath(zymIO::Environment::ComponentFilePath)
+        .pushbackPath(String::format("%s/Components/zym", SourceRootPath));
 
     const String targetFilePath(argv[1]);
     const String typedefFilePath(argv[2]);

@@ -18,11 +18,16 @@ void writeContainerDeclarations(std::ostream& stream);
 void writeContainerDeclarations(std::ostream& stream, zym::Indentation level, const String& qualifiedName);
 
 // The class declarations of the package file, for one element type.
-void writeVectorDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace);
-void writeArrayDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace);
-void writeBufferDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace);
-void writeValueDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace);
-void writeHashSetDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName, const String& typeNamespace);
+void writeVectorDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                            const String& typeNamespace);
+void writeArrayDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                           const String& typeNamespace);
+void writeBufferDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                            const String& typeNamespace);
+void writeValueDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                           const String& typeNamespace);
+void writeHashSetDeclaration(std::ostream& stream, zym::Indentation level, const String& typeName,
+                             const String& typeNamespace);
 
 // The typedef header: a file and its whole text.
 void writeContainerTypedefs(const String& path);

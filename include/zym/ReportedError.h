@@ -1,0 +1,26 @@
+#ifndef ZYM_REPORTEDERROR_H
+#define ZYM_REPORTEDERROR_H
+
+#include <iostream>
+#include <stdexcept>
+
+namespace zym
+{
+
+// A failure whose report stands on std::cerr already: what ends the run has nothing to add.
+class ReportedError : public std::runtime_error
+{
+public:
+    explicit ReportedError(const std::runtime_error& report) : std::runtime_error(report) {}
+};
+
+// Writes the report and a line end to std::cerr, then raises it.
+[[noreturn]] inline void raiseReported(const std::runtime_error& report)
+{
+    std::cerr << report.what() << std::endl;
+    throw ReportedError(report);
+}
+
+} // namespace zym
+
+#endif // ZYM_REPORTEDERROR_H
