@@ -12,8 +12,6 @@
 #include <sstream>
 #include <stdexcept>
 #include <type_traits>
-#include <utility>
-#include <vector>
 
 namespace zym
 {
@@ -21,64 +19,52 @@ namespace zym
 template <typename T>
 struct HashFn;
 
-// h = h * 37 + c over the bytes of the key, each byte read as a signed char. Four bytes at a
-// time the same sum is h * 37^4 + c0 * 37^3 + c1 * 37^2 + c2 * 37 + c3, whose products do not
-// wait for one another.
+// h = h * 37 + c over the bytes of the key, modulo 2^32, each byte read as a signed char: the
+// bytes from 0x80 up count as negative numbers.
 template <>
 struct HashFn<String>
 {
     std::uint32_t operator()(const String& key) const
     {
-        const char* byte = key.data();
-        const char* const end = byte + key.size();
         std::uint32_t hash = 0;
-        for (; end - byte >= 4; byte += 4)
-            hash = hash * 1874161u + value(byte[0]) * 50653u + value(byte[1]) * 1369u + value(byte[2]) * 37u + value(byte[3]);
-        for (; byte != end; ++byte)
-            hash = hash * 37u + value(*byte);
+        for (const char byte : key)
+            hash = hash * 37u + static_cast<std::uint32_t>(static_cast<signed char>(byte));
         return hash;
-    }
-
-private:
-    static std::uint32_t value(char byte)
-    {
-        return static_cast<std::uint32_t>(static_cast<std::int32_t>(static_cast<signed char>(byte)));
     }
 };
 
 namespace hash_set_detail
 {
 
-// Growth and capacity arithmetic passes through single precision, as the library always has:
-// the capacities, and so the order of the keys in a walk, depend on it.
+// Growth passes through single precision, as the library always has: the capacities, and so the
+// order of the keys in a walk, depend on it.
 inline std::uint64_t threshold(std::uint64_t capacity)
 {
     return static_cast<std::uint64_t>(static_cast<double>(static_cast<float>(capacity)) * 0.8);
 }
 
-inline std::uint64_t doubledRequest(std::uint64_t capacity)
+// The capacity asked for when the set is at its threshold.
+inline std::uint64_t loadRequest(std::uint64_t capacity)
+{
+    return static_cast<std::uint64_t>(static_cast<double>(static_cast<float>(capacity + 1)) * 2.0);
+}
+
+// The capacity asked for when all probes of a key meet other keys.
+inline std::uint64_t probeRequest(std::uint64_t capacity)
 {
     return static_cast<std::uint64_t>(static_cast<double>(static_cast<float>(capacity)) * 2.0);
 }
 
 constexpr std::uint64_t probeCount = 11;
 
-// The most slots per key that a search that finds no place may grow the table to. Random keys
-// and include paths take at most 9 (200,000 keys, 20 seeds of each).
+// The most slots per key that a growth for a key without a place may reach. Random keys and
+// include paths take at most 9 (200,000 keys, 20 seeds of each).
 constexpr std::uint64_t slotsPerKey = 64;
-
-// value % capacity, in 32 bits when both fit, where the division is much cheaper.
-inline std::uint64_t remainder(std::uint64_t value, std::uint64_t capacity)
-{
-    if (((value | capacity) >> 32) == 0)
-        return static_cast<std::uint32_t>(value) % static_cast<std::uint32_t>(capacity);
-    return value % capacity;
-}
 
 } // namespace hash_set_detail
 
-// Open addressing over a prime number of slots with eleven quadratic probes. A walk visits
-// the slots in index order, so the order of the keys follows from their whole history.
+// Open addressing over a prime number of slots, with eleven quadratic probes. A walk visits the
+// slots in index order, so the order of the keys follows from their whole history.
 template <typename Key, typename Hash, typename Allocator>
 class HashSetImplementation
 {
@@ -120,6 +106,7 @@ public:
         std::uint64_t index;
     };
 
+    // `alreadyPresent` is true when the key was in the set before the call.
     struct InsertResult
     {
         iterator position;
@@ -129,48 +116,60 @@ public:
     HashSetImplementation(const HashSetImplementation&) = delete;
     HashSetImplementation& operator=(const HashSetImplementation&) = delete;
 
-    InsertResult insert(const Key& key) { return insertKey(key); }
+    InsertResult insert(const Key& key)
+    {
+        const std::uint64_t hash = Hash()(key);
+        for (;;)
+        {
+            // At the threshold the set grows before it searches, also for a key that it holds.
+            if (size_ >= hash_set_detail::threshold(capacity_))
+                rebuild(hash_set_detail::loadRequest(capacity_));
 
-    // Moves the keys to a new table where their moves cannot throw, and copies them where they
-    // can. Either way, a key that cannot be copied or placed leaves the set as it was: the old
-    // table stands until every key has its place, and moved keys go back to their old slots.
+            for (std::uint64_t k = 0; k < hash_set_detail::probeCount; ++k)
+            {
+                const std::uint64_t index = (k * k + hash) % capacity_;
+                Slot& slot = table[index];
+                if (slot.state == EMPTY || (slot.state == OCCUPIED && slot.key == key))
+                    return place(slot, index, k, key);
+            }
+
+            // Every probe met another key: a larger table, and the search again.
+            const std::uint64_t request = hash_set_detail::probeRequest(capacity_);
+            if (request > hash_set_detail::slotsPerKey * (mostKeys + 1))
+                refuse(key, hash);
+            rebuild(request);
+        }
+    }
+
+    // Moves the keys to a new table of the next prime not below `requested` slots. The old slots
+    // are taken in index order and each key is inserted anew with the whole of insert, so that a
+    // rebuild may run inside a rebuild: the keys left then go into the newest table. The old table
+    // stands until every key has its place, so that a key that cannot be copied or placed leaves
+    // the set as it was.
     void rebuild(std::uint64_t requested)
     {
+        Slot* const oldTable = table;
         const std::uint64_t oldCapacity = capacity_;
         const std::uint64_t oldSize = size_;
         const std::uint16_t oldLongestProbe = longestProbe;
-        Slot* const oldTable = table;
-
-        // Where each old slot's key stands in the newest table. A nested rebuild replaces `table`
-        // and, once it is done, carries these places over to the table it made.
-        Relocation relocation{std::vector<std::uint32_t>(movesKeys ? oldCapacity : 0, unmoved), relocating};
 
         const int argument = requested == 0 ? 1 : static_cast<int>(static_cast<std::uint32_t>(requested));
-        const std::uint64_t newCapacity = static_cast<std::uint64_t>(static_cast<std::int64_t>(zym::nextPrime(argument)));
+        const auto newCapacity = static_cast<std::uint64_t>(static_cast<std::int64_t>(zym::nextPrime(argument)));
         table = static_cast<Slot*>(allocator.allocateBytes(newCapacity * sizeof(Slot), 16));
         for (std::uint64_t i = 0; i < newCapacity; ++i)
             new (table + i) Slot{Key(), EMPTY};
         capacity_ = newCapacity;
         size_ = 0;
         longestProbe = 0;
-        relocating = &relocation;
+
         try
         {
             for (std::uint64_t i = 0; i < oldCapacity; ++i)
                 if (oldTable[i].state == OCCUPIED)
-                {
-                    if constexpr (movesKeys)
-                        relocation.places[i] = static_cast<std::uint32_t>(insertKey(std::move(oldTable[i].key)).position.slotIndex());
-                    else
-                        insertKey(oldTable[i].key);
-                }
+                    insert(oldTable[i].key);
         }
         catch (...)
         {
-            for (std::uint64_t i = 0; i < relocation.places.size(); ++i)
-                if (relocation.places[i] != unmoved)
-                    oldTable[i].key = std::move(table[relocation.places[i]].key);
-            relocating = relocation.outer;
             destroy(table, capacity_);
             table = oldTable;
             capacity_ = oldCapacity;
@@ -178,11 +177,6 @@ public:
             longestProbe = oldLongestProbe;
             throw;
         }
-        relocating = relocation.outer;
-        if (relocating != nullptr)
-            for (std::uint32_t& place : relocating->places)
-                if (place != unmoved)
-                    place = relocation.places[place];
         destroy(oldTable, oldCapacity);
     }
 
@@ -209,49 +203,14 @@ protected:
     Slot* table = nullptr;
     std::uint16_t longestProbe = 0;
     Allocator allocator;
-    std::uint64_t mostKeys = 0;  // the largest size the set has had: a rebuild starts again from 0
+    std::uint64_t mostKeys = 0; // the largest size the set has had: a rebuild counts from 0 again
 
 private:
-    static constexpr bool movesKeys = std::is_nothrow_move_assignable<Key>::value;
-    static constexpr std::uint32_t unmoved = ~std::uint32_t(0);
-
-    struct Relocation
-    {
-        std::vector<std::uint32_t> places;
-        Relocation* outer;
-    };
-    Relocation* relocating = nullptr;  // the innermost rebuild under way
-
-    template <typename K>
-    InsertResult insertKey(K&& key)
-    {
-        const std::uint64_t hash = Hash()(key);
-        for (;;)
-        {
-            if (size_ >= hash_set_detail::threshold(capacity_))
-                rebuild(hash_set_detail::doubledRequest(capacity_ + 1));
-
-            for (std::uint64_t k = 0; k < hash_set_detail::probeCount; ++k)
-            {
-                const std::uint64_t index = hash_set_detail::remainder(k * k + hash, capacity_);
-                Slot& slot = table[index];
-                if (slot.state == EMPTY || (slot.state == OCCUPIED && slot.key == key))
-                    return place(slot, index, k, std::forward<K>(key));
-            }
-
-            const std::uint64_t request = hash_set_detail::doubledRequest(capacity_);
-            if (request > hash_set_detail::slotsPerKey * (mostKeys + 1))
-                refuse(key, hash);
-            rebuild(request);
-        }
-    }
-
-    template <typename K>
-    InsertResult place(Slot& slot, std::uint64_t index, std::uint64_t probe, K&& key)
+    InsertResult place(Slot& slot, std::uint64_t index, std::uint64_t probe, const Key& key)
     {
         if (probe > longestProbe)
             longestProbe = static_cast<std::uint16_t>(probe);
-        slot.key = std::forward<K>(key);
+        slot.key = key;
         const bool alreadyPresent = slot.state == OCCUPIED;
         if (!alreadyPresent)
         {
@@ -272,8 +231,8 @@ private:
 
     // Keys whose eleven probe positions other keys hold at every capacity, as twelve keys of one
     // hash do, or keys whose hashes crowd into a narrow range, as short keys do, would grow the
-    // table until memory ran out. A search that finds no place may not grow the table past
-    // slotsPerKey slots for each key the set ever held.
+    // table until memory ran out. A growth for a key without a place may not take the table past
+    // slotsPerKey slots for each key that the set has held.
     [[noreturn]] void refuse(const Key& key, std::uint64_t hash) const
     {
         std::ostringstream message;
@@ -296,8 +255,8 @@ public:
     {
         this->destroy(this->table, this->capacity_);
         this->table = nullptr;
-        this->size_ = 0;
         this->capacity_ = 0;
+        this->size_ = 0;
     }
 };
 

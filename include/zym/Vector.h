@@ -16,22 +16,9 @@
 namespace zym
 {
 
-namespace vector_detail
-{
-
-// The stop of at(), front() and back() outside the elements: a message, then zym::abort().
-[[noreturn]] inline void indexOutOfRange(const char* operation, std::uint64_t index, std::uint64_t size)
-{
-    std::fprintf(stderr, "Vector::%s: index %llu is out of range (size %llu)\n", operation,
-                 static_cast<unsigned long long>(index), static_cast<unsigned long long>(size));
-    zym::abort();
-}
-
-} // namespace vector_detail
-
-// A growable array whose block comes from its own allocator. Growth moves the elements into the
-// new block before it destroys the old ones. A size beyond what memory can address throws
-// std::length_error, as the standard vector does.
+// A growable array whose block comes from its own allocator. Growth builds the elements in the
+// new block before it destroys the old ones; a copy that throws leaves the vector as it was. A
+// size beyond what memory can address throws std::length_error, as the standard vector does.
 template <typename T, typename Allocator = ByteAllocator>
 class Vector
 {
@@ -48,7 +35,8 @@ public:
         }
         catch (...)
         {
-            destroyAndDeallocate();
+            destroy(data_, size_);
+            allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
             throw;
         }
     }
@@ -56,13 +44,21 @@ public:
     Vector(const Vector&) = delete;
     Vector& operator=(const Vector&) = delete;
 
-    ~Vector() { destroyAndDeallocate(); }
+    ~Vector()
+    {
+        destroy(data_, size_);
+        allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
+        data_ = nullptr;
+        capacity_ = 0;
+        size_ = 0;
+    }
 
-    void push_back(const T& value) { append(value); }
-    void push_back(T&& value) { append(std::move(value)); }
+    void push_back(const T& value) { emplaceBack(value); }
+    void push_back(T&& value) { emplaceBack(std::move(value)); }
 
     std::uint64_t size() const { return size_; }
     std::uint64_t capacity() const { return capacity_; }
+    bool empty() const { return size_ == 0; }
 
     T& operator[](std::uint64_t index) { return data_[index]; }
     const T& operator[](std::uint64_t index) const { return data_[index]; }
@@ -70,47 +66,22 @@ public:
     const T* begin() const { return data_; }
     const T* end() const { return data_ + size_; }
 
-    bool empty() const { return size_ == 0; }
-
     // Checked access: an index outside the elements stops the process with a message.
-    T& at(std::uint64_t index)
-    {
-        checkIndex("at", index);
-        return data_[index];
-    }
-    const T& at(std::uint64_t index) const
-    {
-        checkIndex("at", index);
-        return data_[index];
-    }
-
-    T& front()
-    {
-        checkIndex("front", 0);
-        return data_[0];
-    }
-    const T& front() const
-    {
-        checkIndex("front", 0);
-        return data_[0];
-    }
-
-    T& back()
-    {
-        checkIndex("back", size_ == 0 ? 0 : size_ - 1);
-        return data_[size_ - 1];
-    }
-    const T& back() const
-    {
-        checkIndex("back", size_ == 0 ? 0 : size_ - 1);
-        return data_[size_ - 1];
-    }
+    T& at(std::uint64_t index) { return data_[checked("at", index)]; }
+    const T& at(std::uint64_t index) const { return data_[checked("at", index)]; }
+    T& front() { return data_[checked("front", 0)]; }
+    const T& front() const { return data_[checked("front", 0)]; }
+    T& back() { return data_[checked("back", size_ == 0 ? 0 : size_ - 1)]; }
+    const T& back() const { return data_[checked("back", size_ == 0 ? 0 : size_ - 1)]; }
 
     // A block of exactly `capacity` elements, if the current one holds fewer; never shrinks.
     void reserve(std::uint64_t capacity)
     {
-        if (capacity > capacity_)
-            relocate(capacity);
+        if (capacity <= capacity_)
+            return;
+        T* const block = allocateBlock(capacity);
+        moveElementsInto(block, capacity, 0);
+        replaceBlock(block, capacity);
     }
 
     // Destroys the elements behind `size`, in index order, or default-constructs the missing
@@ -119,8 +90,7 @@ public:
     {
         if (size < size_)
         {
-            for (std::uint64_t i = size; i < size_; ++i)
-                data_[i].~T();
+            destroy(data_ + size, size_ - size);
             size_ = size;
             return;
         }
@@ -133,68 +103,77 @@ public:
     void clear() { resize(0); }
 
 private:
-    void destroyAndDeallocate()
-    {
-        destroy(data_, size_);
-        allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
-    }
-
     template <typename Value>
-    void append(Value&& value)
+    void emplaceBack(Value&& value)
     {
         if (size_ == capacity_)
-            relocate<Value&&>(grownCapacity(), &value);
-        else
-        {
-            new (data_ + size_) T(std::forward<Value>(value));
-            ++size_;
-        }
+            return growAndEmplaceBack(std::forward<Value>(value));
+        new (data_ + size_) T(std::forward<Value>(value));
+        ++size_;
     }
 
-    void checkIndex(const char* operation, std::uint64_t index) const
+    // The value goes into the new block first, while the old elements still stand: it may be one
+    // of them. Then the old elements follow it over, and only then does the old block go.
+    template <typename Value>
+    void growAndEmplaceBack(Value&& value)
     {
-        if (index >= size_)
-            vector_detail::indexOutOfRange(operation, index, size_);
-    }
-
-    // Moves the elements into a new block of `newCapacity` elements, all of them before destroying
-    // any, and hands the old block back with its size; elements whose moves may throw are copied.
-    // `appended`, if given, is copied behind them first, while the old elements still stand, since
-    // it may be one of them, copied or moved as it was given. A copy that throws leaves the vector
-    // as it was.
-    template <typename Value = const T&>
-    void relocate(std::uint64_t newCapacity, std::remove_reference_t<Value>* appended = nullptr)
-    {
-        if (newCapacity > maxSize())
-            throw std::length_error("Vector: cannot hold " + std::to_string(newCapacity) + " elements");
-        T* const block = static_cast<T*>(allocator_.allocateBytes(newCapacity * sizeof(T), 16));
-        std::uint64_t copied = 0;
-        bool appendedCopied = false;
+        const std::uint64_t newCapacity = grownCapacity();
+        T* const block = allocateBlock(newCapacity);
         try
         {
-            if (appended != nullptr)
-            {
-                new (block + size_) T(std::forward<Value>(*appended));
-                appendedCopied = true;
-            }
-            for (; copied < size_; ++copied)
-                new (block + copied) T(std::move_if_noexcept(data_[copied]));
+            new (block + size_) T(std::forward<Value>(value));
         }
         catch (...)
         {
-            destroy(block, copied);
-            if (appendedCopied)
-                block[size_].~T();
             allocator_.deallocateBytes(block, newCapacity * sizeof(T));
             throw;
         }
+        moveElementsInto(block, newCapacity, 1);
+        replaceBlock(block, newCapacity);
+        ++size_;
+    }
 
+    // Doubling in single precision, as the library has always grown its arrays, and at least 4.
+    std::uint64_t grownCapacity() const
+    {
+        const auto doubled = static_cast<std::uint64_t>(static_cast<float>(size_) * 2.0f);
+        return doubled < 4 ? 4 : doubled;
+    }
+
+    T* allocateBlock(std::uint64_t capacity)
+    {
+        if (capacity > std::numeric_limits<std::size_t>::max() / sizeof(T))
+            throw std::length_error("Vector: cannot hold " + std::to_string(capacity) + " elements");
+        return static_cast<T*>(allocator_.allocateBytes(capacity * sizeof(T), 16));
+    }
+
+    // Moves the elements into `block`, index 0 upward, or copies them where a move could throw. A
+    // copy that throws destroys what was made in the block, with the `extra` elements behind, and
+    // hands the block back.
+    void moveElementsInto(T* block, std::uint64_t blockCapacity, std::uint64_t extra)
+    {
+        std::uint64_t made = 0;
+        try
+        {
+            for (; made < size_; ++made)
+                new (block + made) T(std::move_if_noexcept(data_[made]));
+        }
+        catch (...)
+        {
+            destroy(block, made);
+            destroy(block + size_, extra);
+            allocator_.deallocateBytes(block, blockCapacity * sizeof(T));
+            throw;
+        }
+    }
+
+    // Destroys the old elements, hands their block back with its size and takes `block` instead.
+    void replaceBlock(T* block, std::uint64_t blockCapacity)
+    {
         destroy(data_, size_);
         allocator_.deallocateBytes(data_, capacity_ * sizeof(T));
         data_ = block;
-        capacity_ = newCapacity;
-        if (appendedCopied)
-            ++size_;
+        capacity_ = blockCapacity;
     }
 
     static void destroy(T* elements, std::uint64_t count)
@@ -203,14 +182,15 @@ private:
             elements[i].~T();
     }
 
-    static constexpr std::uint64_t maxSize() { return std::numeric_limits<std::size_t>::max() / sizeof(T); }
-
-    // Doubling in single precision, as the library has always grown its arrays.
-    std::uint64_t grownCapacity() const
+    std::uint64_t checked(const char* operation, std::uint64_t index) const
     {
-        const float doubled = static_cast<float>(size_) * 2.0f;
-        const std::uint64_t newCapacity = static_cast<std::uint64_t>(doubled);
-        return newCapacity < 4 ? 4 : newCapacity;
+        if (index >= size_)
+        {
+            std::fprintf(stderr, "Vector::%s: index %llu is out of range (size %llu)\n", operation,
+                         static_cast<unsigned long long>(index), static_cast<unsigned long long>(size_));
+            zym::abort();
+        }
+        return index;
     }
 
     std::uint64_t size_ = 0;
