@@ -1,3 +1,28 @@
+// The limits check walks a text the way the XML reader parses it, without building anything, so
+// that the depth and the attribute counts it sees are those of the document the reader would
+// build from the same text. These are the reader's rules that it follows:
+//
+//   - The document: an empty text is no document. A UTF-8 byte order mark makes the text UTF-8;
+//     otherwise the first declaration decides ("UTF-8", "UTF8" or none: UTF-8; any other name:
+//     legacy), and until then the encoding is unknown. Nodes follow one another at the top level
+//     until the text ends, a node fails, or text stands at the top, where the reader stops.
+//   - A node is told by its first characters after white space: "<?xml" (in any case) a
+//     declaration, "<!--" a comment, "<![CDATA[" character data, "<!" something unknown, "<" and a
+//     letter or "_" an element, any other "<" something unknown.
+//   - An element is "<", a name, its attributes, and either "/>" or ">", its content and the end
+//     tag "</" + the same name, in the same case, and ">" after white space. A name that an element
+//     repeats among its attributes ends the parse.
+//   - An attribute is a name, "=", and a value in single or double quotes. Entities ("&...;") and,
+//     in UTF-8, characters of several bytes may run past the closing quote.
+//   - The content of an element is text and nodes up to the first "</".
+//   - Rows are counted in a text whose line ends are all "\n", one-based.
+//
+// Markup that holds no element (declarations, comments, character data, unknown markup, text)
+// goes through the reader's own parser of its kind, on a node made for the purpose, so that it
+// ends exactly where the reader's parse ends. Only elements, the one kind that nests, are followed
+// here, and of their attributes only the plain ones: a value with an entity or a byte of a
+// character of several bytes goes to the reader's attribute parser too.
+
 #include "XmlLimits.h"
 
 #include <tinyxml.h>
@@ -11,7 +36,7 @@
 namespace
 {
 
-// The reader's own rules for white space, names and markers, which its base class keeps to itself.
+// The reader's rules for white space, names and markers, which its base class keeps to itself.
 class ReaderRules : TiXmlBase
 {
 public:
@@ -21,7 +46,7 @@ public:
     using TiXmlBase::StringEqual;
 };
 
-// The node that the reader makes for the markup at `p` (TiXmlNode::Identify).
+// The kinds of node that the reader makes (TiXmlNode::Identify).
 enum class Node
 {
     None,
@@ -50,7 +75,7 @@ Node identify(const char* p, TiXmlEncoding encoding)
     return Node::Unknown;
 }
 
-// The encoding that the reader takes from the first declaration of a document.
+// The encoding that the first declaration of a document gives it.
 TiXmlEncoding declaredEncoding(const char* name)
 {
     if (*name == '\0' || ReaderRules::StringEqual(name, "UTF-8", true, TIXML_ENCODING_UNKNOWN) ||
@@ -59,16 +84,25 @@ TiXmlEncoding declaredEncoding(const char* name)
     return TIXML_ENCODING_LEGACY;
 }
 
-// A walk of the reader's parse. Markup that holds no element goes through the reader's own parser
-// of its kind, on a node made for the purpose, so that it ends exactly where the reader's does;
-// only elements, the one kind that nests, are followed here, as TiXmlElement parses them.
+// The reader's name characters: bytes above 126 count as letters.
+bool isNameStart(char c)
+{
+    return static_cast<unsigned char>(c) > 126 || std::isalpha(static_cast<unsigned char>(c)) || c == '_';
+}
+
+bool isNameCharacter(char c)
+{
+    return isNameStart(c) || std::isdigit(static_cast<unsigned char>(c)) || c == '-' || c == '.' || c == ':';
+}
+
+// Each parse below takes the text at the start of its construct and gives where the reader's parse
+// of it ends: the character behind it, or null where the reader fails or stops.
 class Scan
 {
 public:
     Scan(const char* start, const XmlLimits& bounds) : text(start), limits(bounds) {}
 
-    // TiXmlDocument::Parse.
-    std::optional<XmlFailure> run()
+    std::optional<XmlFailure> parseDocument()
     {
         const char* p = text;
         if (*p == '\0')
@@ -86,15 +120,14 @@ public:
                 encoding = declaredEncoding(declaration.Encoding());
             }
             else
-                p = parse(node, p, 1);
+                p = parseNode(node, p, 1);
         }
         return breach;
     }
 
 private:
-    // Where the reader's parse of the node at `p`, at `depth` below the document, ends; null
-    // where it fails, or where text stands at the top, at which the reader stops.
-    const char* parse(Node node, const char* p, std::uint64_t depth)
+    // A node at `depth` below the document; text at the top (Node::None) stops the reader.
+    const char* parseNode(Node node, const char* p, std::uint64_t depth)
     {
         switch (node)
         {
@@ -118,11 +151,7 @@ private:
         return nullptr;
     }
 
-    // The reader's name characters: bytes above 126 count as letters.
-    static bool letter(char c) { return static_cast<unsigned char>(c) > 126 || std::isalpha(static_cast<unsigned char>(c)) || c == '_'; }
-    static bool nameCharacter(char c) { return letter(c) || std::isdigit(static_cast<unsigned char>(c)) || c == '-' || c == '.' || c == ':'; }
-
-    // TiXmlElement::Parse, from the "<" of the tag. The reader refuses a repeated attribute name.
+    // TiXmlElement::Parse, from the "<" of the tag.
     const char* parseElement(const char* tag, std::uint64_t depth)
     {
         if (depth > limits.maxDepth)
@@ -130,7 +159,9 @@ private:
 
         std::string name;
         const char* p = ReaderRules::ReadName(ReaderRules::SkipWhiteSpace(tag + 1, encoding), &name, encoding);
-        names.clear();
+        // The names of this element's attributes. Its content, where the children reuse the list,
+        // comes only after the last of them.
+        attributeNames.clear();
         while (p != nullptr && *p != '\0')
         {
             p = ReaderRules::SkipWhiteSpace(p, encoding);
@@ -142,25 +173,25 @@ private:
                 return parseEndTag(parseContent(p + 1, depth), "</" + name);
 
             const char* nameEnd = p;
-            while (nameCharacter(*nameEnd))
+            while (isNameCharacter(*nameEnd))
                 ++nameEnd;
             const std::string_view attributeName(p, static_cast<std::size_t>(nameEnd - p));
             p = parseAttribute(p, attributeName.size());
-            if (p == nullptr || *p == '\0' || std::find(names.begin(), names.end(), attributeName) != names.end())
+            if (p == nullptr || *p == '\0' ||
+                std::find(attributeNames.begin(), attributeNames.end(), attributeName) != attributeNames.end())
                 return nullptr;
-            names.push_back(attributeName);
-            if (names.size() > limits.maxAttributes)
+            attributeNames.push_back(attributeName);
+            if (attributeNames.size() > limits.maxAttributes)
                 return fail(tag, "More than " + std::to_string(limits.maxAttributes) + " attributes on one element.");
         }
         return nullptr;
     }
 
-    // TiXmlAttribute::Parse. A name, an "=" and a value in quotes that holds no entity, nor, where
-    // the text is read as UTF-8, a byte of a character of several bytes, end behind the closing
-    // quote, as the reader would find them; anything else goes to the reader's own parser.
+    // TiXmlAttribute::Parse: a plain attribute ends behind its closing quote, where the reader's
+    // parse of it ends; any other goes to the reader's own parser.
     const char* parseAttribute(const char* attribute, std::size_t nameLength) const
     {
-        if (!letter(*attribute))
+        if (!isNameStart(*attribute))
             return TiXmlAttribute().Parse(attribute, nullptr, encoding);
         const char* p = ReaderRules::SkipWhiteSpace(attribute + nameLength, encoding);
         if (p == nullptr || *p != '=' || (p = ReaderRules::SkipWhiteSpace(p + 1, encoding)) == nullptr ||
@@ -173,7 +204,7 @@ private:
         return p[1] != '\0' ? p + 1 : nullptr;
     }
 
-    // TiXmlElement::ReadValue: text and nodes up to the first "</".
+    // TiXmlElement::ReadValue: text and nodes up to the first "</", which it gives.
     const char* parseContent(const char* p, std::uint64_t depth)
     {
         const char* withWhiteSpace = p;
@@ -185,7 +216,7 @@ private:
             else if (ReaderRules::StringEqual(p, "</", false, encoding))
                 return p;
             else
-                p = parse(identify(p, encoding), p, depth + 1);
+                p = parseNode(identify(p, encoding), p, depth + 1);
             withWhiteSpace = p;
         }
         return p;
@@ -199,7 +230,7 @@ private:
         return p != nullptr && *p == '>' ? p + 1 : nullptr;
     }
 
-    // Rows as the reader counts them in a text whose line ends are all "\n".
+    // Records the breach at the row of `tag`, and stops the walk.
     const char* fail(const char* tag, const std::string& description)
     {
         breach = XmlFailure{1 + static_cast<std::uint64_t>(std::count(text, tag, '\n')), description};
@@ -210,12 +241,12 @@ private:
     const XmlLimits limits;
     TiXmlEncoding encoding = TIXML_ENCODING_UNKNOWN;
     std::optional<XmlFailure> breach;
-    std::vector<std::string_view> names;  // of the attributes of the element being read
+    std::vector<std::string_view> attributeNames; // views into `text`
 };
 
 } // namespace
 
 std::optional<XmlFailure> findXmlLimitBreach(const char* text, const XmlLimits& limits)
 {
-    return Scan(text, limits).run();
+    return Scan(text, limits).parseDocument();
 }
