@@ -37,9 +37,9 @@ ZyMString<Base> ZyMString<Base>::format(const char* format, ...)
     va_end(arguments);
     if (!(ret >= 0))
     {
-        const std::string error = zym::buildErrorString(
-            "[%s:%u] zymVerify failed: `%s', ", "Could not allocate memory for formatted string: '%s'",
-            __FILE__, static_cast<unsigned>(__LINE__), "ret >= 0", format);
+        const std::string error = zym::buildErrorString("[%s:%u] zymVerify failed: `%s', ",
+                                                        "Could not allocate memory for formatted string: '%s'",
+                                                        __FILE__, static_cast<unsigned>(__LINE__), "ret >= 0", format);
         std::fprintf(stderr, "%s\n", error.c_str());
         zym::abort();
     }

@@ -42,7 +42,8 @@ void XmlText::normalize(std::size_t length)
     char* const start = block.get();
     start[length] = '\0';
     char* write = start + std::strlen(start);
-    if (char* const carriageReturn = static_cast<char*>(std::memchr(start, '\r', static_cast<std::size_t>(write - start))))
+    if (char* const carriageReturn =
+            static_cast<char*>(std::memchr(start, '\r', static_cast<std::size_t>(write - start))))
     {
         write = carriageReturn;
         for (const char* read = carriageReturn; *read != '\0';)

@@ -7,7 +7,8 @@ namespace pystring
 
 int rfind(const String& text, const String& separator, int start, int end)
 {
-    return pystring::rfind(static_cast<const std::string&>(text), static_cast<const std::string&>(separator), start, end);
+    return pystring::rfind(static_cast<const std::string&>(text), static_cast<const std::string&>(separator), start,
+                           end);
 }
 
 void split(const String& text, Vector<String>& pieces, const String& separator, int maxsplit)
