@@ -39,5 +39,6 @@ TEST(ParseAttribute, GivesTheCoreLibraryWhatItRaises)
     TiXmlDocument map("map.xml");
     map.Parse("<Type />");
     EXPECT_THROW(zym::parseAttribute<bool>(map.FirstChildElement(), "isPOD"), std::runtime_error);
-    EXPECT_NE(std::string::npos, zym::errorLog().at(0).what.find("XML error: Could not locate attribute 'isPOD'. Error at row 1\nFile: map.xml"));
+    EXPECT_NE(std::string::npos, zym::errorLog().at(0).what.find(
+                                     "XML error: Could not locate attribute 'isPOD'. Error at row 1\nFile: map.xml"));
 }

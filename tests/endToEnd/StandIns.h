@@ -2,6 +2,7 @@
 // of the type maps, the name, index and format types, and the container templates behind the
 // typedefs. The build writes a header at each include path that the generated files and
 // zym/Math.tolua name, and each of them includes this one.
+// clang-format off
 #pragma once
 
 #include "../../include/zym/String.h"

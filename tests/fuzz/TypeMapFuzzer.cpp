@@ -81,8 +81,7 @@ void checkGenerators(const std::string& text)
         require(typedefs.fail() || (header.size() > tail.size() && header.substr(header.size() - tail.size()) == tail));
     }
     catch (const std::runtime_error&)
-    {
-    }
+    {}
 }
 
 } // namespace
@@ -93,7 +92,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
     std::filesystem::create_directories(root);
     typeMapPath = (root / "LuaContainerPrimitives.xml").string();
     zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).pushbackPath(root.string());
-    std::cerr.setstate(std::ios::badbit);  // the generators' reports; the fuzzer's own go through stdio
+    std::cerr.setstate(std::ios::badbit); // the generators' reports; the fuzzer's own go through stdio
     return 0;
 }
 

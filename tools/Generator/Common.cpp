@@ -82,15 +82,9 @@ String withFirstCharacterChanged(const String& text, int (*changeCase)(int))
 
 } // namespace
 
-String capitalize(const String& text)
-{
-    return withFirstCharacterChanged(text, std::toupper);
-}
+String capitalize(const String& text) { return withFirstCharacterChanged(text, std::toupper); }
 
-String decapitalize(const String& text)
-{
-    return withFirstCharacterChanged(text, std::tolower);
-}
+String decapitalize(const String& text) { return withFirstCharacterChanged(text, std::tolower); }
 
 } // namespace Generator
 } // namespace zym

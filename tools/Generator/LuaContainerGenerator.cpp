@@ -97,10 +97,7 @@ constexpr std::uint64_t maxNamespaceDepth = 32;
 constexpr int wholeText = std::numeric_limits<int>::max();
 
 // Where a qualified name is cut into its namespace and its type name: at its last "::", if any.
-int namespaceEnd(const String& qualifiedName)
-{
-    return pystring::rfind(qualifiedName, String("::"), 0, wholeText);
-}
+int namespaceEnd(const String& qualifiedName) { return pystring::rfind(qualifiedName, String("::"), 0, wholeText); }
 
 // Both steps refuse a type whose namespace, as the package step cuts it from the qualified name,
 // has more components than maxNamespaceDepth; the typedef step's namespace never has more.

@@ -20,9 +20,6 @@ void* ByteAllocator::allocateBytes(std::size_t byteCount, std::size_t alignment)
     return block;
 }
 
-void ByteAllocator::deallocateBytes(void* block, std::size_t)
-{
-    std::free(block);
-}
+void ByteAllocator::deallocateBytes(void* block, std::size_t) { std::free(block); }
 
 } // namespace zym

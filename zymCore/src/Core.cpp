@@ -62,10 +62,7 @@ void log_throw(const std::string& description, const char* what)
     loggedErrors().push_back(LoggedError{description, what});
 }
 
-const std::vector<LoggedError>& errorLog()
-{
-    return loggedErrors();
-}
+const std::vector<LoggedError>& errorLog() { return loggedErrors(); }
 
 void abort()
 {

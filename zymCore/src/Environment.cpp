@@ -5,10 +5,7 @@
 namespace zymIO
 {
 
-void FilePathContainer::pushbackPath(const String& directory)
-{
-    directories.push_back(directory);
-}
+void FilePathContainer::pushbackPath(const String& directory) { directories.push_back(directory); }
 
 String FilePathContainer::find(const String& fileName) const
 {
@@ -30,9 +27,6 @@ Environment& Environment::instance()
     return environment;
 }
 
-FilePathContainer& Environment::getFilePath(Type type)
-{
-    return filePaths[type];
-}
+FilePathContainer& Environment::getFilePath(Type type) { return filePaths[type]; }
 
 } // namespace zymIO

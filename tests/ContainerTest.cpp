@@ -1,0 +1,269 @@
+// The growable array and the hash set: the allocator calls, capacities and slots that the library
+// fixes (the set's slot order is the order of the package file's include rows), and what each is
+// left holding when a copy or an allocation throws.
+
+#include <zym/HashSet.h>
+#include <zym/Vector.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+// The allocator calls of the containers that log, in units of their element or slot: "+4" for a
+// block of 4 aligned to 16, "-4" for its return, "-0 null" for the return of none.
+std::vector<std::string> calls;
+int blocksLeft = -1; // std::bad_alloc once it runs out
+
+struct RecordingAllocator
+{
+    void* allocateBytes(std::size_t bytes, std::size_t alignment)
+    {
+        if (blocksLeft-- == 0)
+            throw std::bad_alloc();
+        calls.push_back("+" + std::to_string(bytes / unit) + (alignment == 16 ? "" : " unaligned"));
+        return zym::ByteAllocator().allocateBytes(bytes, alignment);
+    }
+    void deallocateBytes(void* block, std::size_t bytes)
+    {
+        calls.push_back("-" + std::to_string(bytes / unit) + (block != nullptr ? "" : " null"));
+        zym::ByteAllocator().deallocateBytes(block, bytes);
+    }
+    std::size_t unit;
+};
+
+// An element or key that logs its copies and destructions, and throws from a copy once
+// `copiesLeft` runs out.
+std::vector<std::string> events;
+int copiesLeft = -1;
+
+struct Tracked : String
+{
+    Tracked(const char* text = "") noexcept : String(text) {}
+    Tracked(const Tracked& other) : String(other) { copied(); }
+    Tracked& operator=(const Tracked& other)
+    {
+        copied();
+        String::operator=(other);
+        return *this;
+    }
+    ~Tracked() { events.push_back("destroy " + *this); }
+    void copied() const
+    {
+        if (copiesLeft-- == 0)
+            throw std::runtime_error("copy refused");
+        events.push_back("copy " + *this);
+    }
+};
+
+struct TrackedHash
+{
+    std::uint32_t operator()(const String& key) const { return zym::HashFn<String>()(key); }
+};
+
+using List = zym::Vector<Tracked, RecordingAllocator>;
+using Set = zym::HashSet<Tracked, TrackedHash, RecordingAllocator>;
+const RecordingAllocator elements{sizeof(Tracked)}, slots{sizeof(Set::Slot)};
+
+// The capacity, then each key with its slot in walk order: "7: 3 zym/HashSet.h, 6 zym/Vector.h".
+std::string layout(const Set& set)
+{
+    std::string text = std::to_string(set.capacity()) + ":";
+    for (auto it = set.begin(); it != set.end(); ++it)
+        text += (text.back() == ':' ? " " : ", ") + std::to_string(it.slotIndex()) + " " + *it;
+    return text;
+}
+
+std::vector<std::string> sortedKeys(const Set& set)
+{
+    std::vector<std::string> keys(set.begin(), set.end());
+    std::sort(keys.begin(), keys.end());
+    return keys;
+}
+
+// Keys of one hash made of the blocks "az" and "bU", which hash alike: "azazazaz", "bUazazaz", ...
+std::vector<Tracked> keysOfOneHash(int count)
+{
+    std::vector<Tracked> keys;
+    for (int bits = 0; bits < count; ++bits)
+    {
+        std::string key;
+        for (int block = 1; block < 16; block *= 2)
+            key += bits & block ? "bU" : "az";
+        keys.push_back(key.c_str());
+    }
+    return keys;
+}
+
+} // namespace
+
+TEST(Vector, GrowsToFourThenDoublesCopyingAllElementsBeforeDestroyingAnyAndHandsBackEveryBlock)
+{
+    calls.clear();
+    {
+        List empty(elements), list(elements);
+        for (const char* value : {"a", "b", "a", "c"})
+            list.push_back(value);
+        events.clear();
+        list.push_back(list[3]); // its own element, copied before the block it lies in goes
+        EXPECT_EQ((std::vector<std::string>{"copy c", "copy a", "copy b", "copy a", "copy c", "destroy a", "destroy b",
+                                            "destroy a", "destroy c"}),
+                  events);
+        for (int value = 6; value <= 17; ++value)
+            list.push_back(Tracked("x"));
+        list.reserve(32);
+        list.resize(3);
+        EXPECT_EQ("a b a", list.front() + " " + list.at(1) + " " + list.back());
+    }
+    EXPECT_EQ((std::vector<std::string>{"+4", "-0 null", "+8", "-4", "+16", "-8", "+32", "-16", "-32", "-0 null"}),
+              calls);
+}
+
+TEST(Vector, IsLeftAsItWasWhenACopyThrowsAndRefusesSizesBeyondMemory)
+{
+    List list(elements);
+    for (const char* value : {"a", "b", "c", "d"})
+        list.push_back(value);
+    calls.clear();
+    for (int allowed : {0, 2, 3})
+    {
+        copiesLeft = allowed;
+        EXPECT_THROW(list.push_back(Tracked("e")), std::runtime_error) << allowed;
+        copiesLeft = allowed;
+        EXPECT_THROW(list.reserve(9), std::runtime_error) << allowed;
+        EXPECT_EQ("4 4 a d", std::to_string(list.size()) + " " + std::to_string(list.capacity()) + " " + list.front() +
+                                 " " + list.back());
+    }
+    copiesLeft = -1;
+    EXPECT_EQ((std::vector<std::string>{"+8", "-8", "+9", "-9", "+8", "-8", "+9", "-9", "+8", "-8", "+9", "-9"}),
+              calls);
+    EXPECT_THROW(list.reserve(1ull << 60), std::length_error);
+}
+
+TEST(VectorDeathTest, AccessOutsideTheElementsStopsWithAMessage)
+{
+    zym::Vector<int> list;
+    EXPECT_EXIT(list.front(), testing::ExitedWithCode(1), "Vector::front: index 0 is out of range \\(size 0\\)");
+    list.push_back(1);
+    EXPECT_EQ(1, std::as_const(list).back());
+    EXPECT_EXIT(std::as_const(list).at(1), testing::ExitedWithCode(1), "Vector::at: index 1 is out of range");
+}
+
+TEST(HashSet, PlacesTheDefaultIncludesSlotBySlotAndReordersThemOnTheNextGrowth)
+{
+    calls.clear();
+    {
+        Set empty(slots), set(slots);
+        EXPECT_FALSE(set.insert("zym/Vector.h").alreadyPresent);
+        EXPECT_EQ("2: 0 zym/Vector.h", layout(set));
+        set.insert("zym/HashSet.h");
+        EXPECT_EQ("7: 3 zym/HashSet.h, 6 zym/Vector.h", layout(set));
+        for (const char* key : {"zymData/Array.h", "zymData/Buffer.h", "zymData/Value.h"})
+            set.insert(key);
+        EXPECT_EQ("7: 0 zymData/Array.h, 1 zymData/Buffer.h, 3 zym/HashSet.h, 4 zymData/Value.h, 6 zym/Vector.h",
+                  layout(set));
+        // At its threshold the set grows before it searches, even for a key that it holds.
+        const auto repeat = set.insert("zym/Vector.h");
+        EXPECT_TRUE(repeat.alreadyPresent && repeat.position.slotIndex() == 4 && set.size() == 5);
+        EXPECT_EQ("17: 3 zymData/Array.h, 4 zym/Vector.h, 9 zymData/Value.h, 13 zym/HashSet.h, 14 zymData/Buffer.h",
+                  layout(set));
+    }
+    EXPECT_EQ((std::vector<std::string>{"+2", "-0 null", "+7", "-2", "+17", "-7", "-17", "-0 null"}), calls);
+}
+
+TEST(HashSet, HashesSignedBytesAndProbesInSixtyFourBits)
+{
+    const zym::HashFn<String> hash;
+    for (const auto& [key, expected] : std::vector<std::pair<String, std::uint32_t>>{{"", 0},
+                                                                                     {"abc", 136518},
+                                                                                     {"\xff", 4294967295},
+                                                                                     {"\xff"
+                                                                                      "a",
+                                                                                      60},
+                                                                                     {"ab\xe9"
+                                                                                      "cd",
+                                                                                      186729887}})
+        EXPECT_EQ(expected, hash(key)) << key;
+
+    // Three keys of hash 2^32 - 1: the second probe of one lies at 2^32, not at 0.
+    Set set(slots);
+    for (const char* key : {"\xff", "\xff$", "\xff$$"})
+        set.insert(key);
+    EXPECT_EQ("7: 0 \xff$$, 3 \xff, 4 \xff$", layout(set));
+}
+
+TEST(HashSet, GrowsThroughPrimesOnLoadAndOnProbesThatFindNoPlaceAndRefusesATwelfthKeyOfOneHash)
+{
+    Set set(slots);
+    std::vector<std::uint64_t> capacities = {0};
+    for (int i = 0; i < 600; ++i)
+        if (set.insert(("include/" + std::to_string(i) + ".h").c_str()), capacities.back() != set.capacity())
+            capacities.push_back(set.capacity());
+    EXPECT_EQ((std::vector<std::uint64_t>{0, 2, 7, 17, 37, 79, 163, 331, 673, 1361}), capacities);
+    EXPECT_FALSE(set.insert("").alreadyPresent);
+    EXPECT_TRUE(set.insert("").alreadyPresent);
+    EXPECT_EQ(601, std::distance(set.begin(), set.end()));
+
+    // At capacity 7 the probes of one hash reach only four slots: a fifth key of that hash fails
+    // its search below the threshold, and takes the set to the next prime of its probe request.
+    Set crowded(slots);
+    const std::vector<Tracked> keys = keysOfOneHash(12);
+    for (std::size_t i = 0; i < 11; ++i)
+    {
+        crowded.insert(keys[i]);
+        EXPECT_TRUE(i != 4 || layout(crowded) == "17: 4 bUazazaz, 11 azazbUaz, 12 bUbUazaz, 13 azbUazaz, 16 azazazaz");
+    }
+    const std::vector<std::string> eleven = sortedKeys(crowded);
+    std::string refusal;
+    try
+    {
+        crowded.insert(keys[11]);
+    }
+    catch (const std::length_error& error)
+    {
+        refusal = error.what();
+    }
+    EXPECT_EQ("HashSet: cannot insert 'bUbUazbU' (hash 2133336812): other keys hold all eleven of its probe positions "
+              "even in a table of 673 slots for 11 keys",
+              refusal);
+    EXPECT_EQ(eleven, sortedKeys(crowded));
+}
+
+// Families of one hash make the set grow twice because probes find no place, once inside another
+// growth. Wherever a table cannot be had or a key cannot be copied there, the set holds the keys
+// that it held; it may have grown before.
+TEST(HashSet, KeepsItsKeysWhenATableOrAKeyCannotBeHadInTheMiddleOfAGrowth)
+{
+    std::vector<Tracked> keys = {"zym/Vector.h", "zym/HashSet.h", "zymData/Array.h", "zymData/Buffer.h",
+                                 "zymData/Value.h"};
+    for (const char* stem : {"T29", "ddazbUaz", "eeebUazaz", "ddbUbUaz", "T78", "ddazazbU", "ddazbUbU", "T6", "T64",
+                             "T17", "ddbUazaz", "eeeazazbU", "eeeazbUaz", "T62", "ddbUbUbU", "ddbUazbU"})
+        keys.push_back(((stem[0] == 'T' ? "zym/" : "c/") + std::string(stem) + ".h").c_str());
+    for (int* budget : {&copiesLeft, &blocksLeft})
+        for (int allowed = 0, failures = 1; failures > 0; ++allowed)
+        {
+            Set set(slots);
+            *budget = allowed;
+            failures = 0;
+            for (std::size_t i = 0; i < keys.size() && failures == 0; ++i)
+            {
+                const std::vector<std::string> before = sortedKeys(set);
+                try
+                {
+                    set.insert(keys[i]);
+                }
+                catch (const std::exception&)
+                {
+                    ++failures;
+                    EXPECT_EQ(before, sortedKeys(set)) << allowed;
+                }
+            }
+            *budget = -1;
+        }
+}
