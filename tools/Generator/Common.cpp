@@ -2,31 +2,34 @@
 
 #include <zymIO/Environment.h>
 
+#include <algorithm>
 #include <cctype>
 #include <fstream>
-#include <memory>
 
 namespace zym
 {
 namespace Generator
 {
 
+String findCopyright()
+{
+    return zymIO::Environment::instance()
+        .getFilePath(zymIO::Environment::DataFilePath)
+        .find(String("tools/Generator/zym_copyright.txt"));
+}
+
 void addCopyright(std::ostream& stream)
 {
-    const String path = zymIO::Environment::instance()
-                            .getFilePath(zymIO::Environment::DataFilePath)
-                            .find(String("tools/Generator/zym_copyright.txt"));
-    std::ifstream file(path, std::ios::in | std::ios::binary);
-    file.seekg(0, std::ios::end);
-    const std::streamoff size = file.tellg();
-    file.seekg(0, std::ios::beg);
-    if (size <= 0)
-        return;
-
-    std::unique_ptr<char[]> buffer(new char[static_cast<std::size_t>(size) + 1]);
-    file.read(buffer.get(), size);
-    buffer[static_cast<std::size_t>(file.gcount())] = '\0';
-    stream << buffer.get();
+    std::ifstream file(findCopyright(), std::ios::in | std::ios::binary);
+    char block[4096];
+    while (file.read(block, sizeof block) || file.gcount() > 0)
+    {
+        const char* const end = block + file.gcount();
+        const char* const nul = std::find(static_cast<const char*>(block), end, '\0');
+        stream.write(block, nul - block);
+        if (nul != end)
+            return;
+    }
 }
 
 bool streamdiff(std::istream& first, std::istream& second)

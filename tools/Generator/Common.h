@@ -11,8 +11,12 @@ namespace zym
 namespace Generator
 {
 
-// Copies the banner file "tools/Generator/zym_copyright.txt", found through the data search
-// list, to `stream`, up to its first NUL byte. Writes nothing when there is no such file.
+// The banner file "tools/Generator/zym_copyright.txt" as the data search list finds it, or the
+// empty path where it finds none.
+String findCopyright();
+
+// Copies the banner file to `stream` up to its first NUL byte, and reads no further. Writes
+// nothing when there is no such file.
 void addCopyright(std::ostream& stream);
 
 // True when the two streams differ in length or in content, compared from their starts.

@@ -32,6 +32,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 const char* TypeMapPath = "LuaContainerPrimitives.xml";
 
@@ -166,6 +167,24 @@ std::string roomForText()
     return room;
 }
 
+// A target that is one of the run's sources, the type map or the banner, would destroy it: the
+// run stops before it opens that target. Files are the same by device and inode, so that a link
+// of either kind to a source counts as that source.
+void refuseToOverwriteSources(const String& path)
+{
+    struct stat target = {};
+    if (::stat(path.c_str(), &target) != 0)
+        return;
+    for (const auto& [source, kind] :
+         {std::pair{findTypeMap(), "type map"}, {zym::Generator::findCopyright(), "banner"}})
+    {
+        struct stat status = {};
+        if (::stat(source.c_str(), &status) == 0 && status.st_dev == target.st_dev && status.st_ino == target.st_ino)
+            zym::raiseReported(std::runtime_error("LuaContainerGenerator: will not overwrite the " + std::string(kind) +
+                                                  " '" + source + "' with the target '" + path + "'"));
+    }
+}
+
 // Builds the whole text in memory, and only then replaces the target with it, in one write.
 void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), const char* successText)
 {
@@ -174,6 +193,7 @@ void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), con
     generate(text);
     if (text.fail())
         return;
+    refuseToOverwriteSources(path);
     std::ofstream file(path, std::ios::out | std::ios::trunc);
     if (file.fail())
     {
@@ -196,7 +216,8 @@ void keepStandardStreamsOpen()
             std::_Exit(1);
 }
 
-// Control bytes of a message as the XML reader writes them, "&#x0A;", so that it stays one line.
+// The control bytes of a message as the XML reader writes them, "&#x0A;", so that it stays one
+// line and writes nothing that a terminal would take for a command.
 std::string escapedControlBytes(std::string_view text)
 {
     static const char digits[] = "0123456789ABCDEF";
@@ -204,7 +225,7 @@ std::string escapedControlBytes(std::string_view text)
     for (const char byte : text)
     {
         const auto code = static_cast<unsigned char>(byte);
-        if (code < 0x20 || code == 0x7f)
+        if (code < 0x20)
             escaped.append("&#x").append(1, digits[code >> 4]).append(1, digits[code & 0xf]).append(";");
         else
             escaped += byte;
