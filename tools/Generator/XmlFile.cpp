@@ -1,7 +1,10 @@
 #include "XmlFile.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 XmlText::XmlText(std::size_t length) : block(new char[length + 1 + padding]) {}
 
@@ -63,6 +66,9 @@ void XmlText::normalize(std::size_t length)
 
 std::optional<XmlFailure> loadXmlFile(TiXmlDocument& document, const XmlLimits& limits)
 {
+    struct stat file = {};
+    if (::stat(document.Value(), &file) == 0 && static_cast<std::uint64_t>(file.st_size) > limits.maxBytes)
+        return XmlFailure{0, "File larger than " + std::to_string(limits.maxBytes >> 20) + " MiB."};
     int errorId = 0;
     const std::optional<XmlText> text = XmlText::read(document.Value(), errorId);
     if (!text)

@@ -36,8 +36,9 @@ private:
 };
 
 // Loads `document` from the file that it is named after, as TiXmlDocument::LoadFile does, with the
-// same failures, rows and descriptions, but from an XmlText, and only once the text stays within
-// `limits`. Gives the failure, the reader's own or a breach of the limits, or nothing when loaded.
+// same failures, rows and descriptions, but from an XmlText, and only once the file and its text
+// stay within `limits`; a file that is too large is not read at all. Gives the failure, the
+// reader's own or a breach of the limits, or nothing when loaded.
 std::optional<XmlFailure> loadXmlFile(TiXmlDocument& document, const XmlLimits& limits = XmlLimits());
 
 #endif // ZYM_GENERATOR_XMLFILE_H

@@ -17,6 +17,9 @@
 //   - The content of an element is text and nodes up to the first "</".
 //   - Rows are counted in a text whose line ends are all "\n", one-based.
 //
+// Every node that the reader parses counts against the node budget, but for the top-level Type
+// elements and their attributes: each of those writes more to the outputs than it costs.
+//
 // Markup that holds no element (declarations, comments, character data, unknown markup, text)
 // goes through the reader's own parser of its kind, on a node made for the purpose, so that it
 // ends exactly where the reader's parse ends. Only elements, the one kind that nests, are followed
@@ -129,6 +132,10 @@ private:
     // A node at `depth` below the document; text at the top (Node::None) stops the reader.
     const char* parseNode(Node node, const char* p, std::uint64_t depth)
     {
+        if (node == Node::Element)
+            return parseElement(p, depth);
+        if (node == Node::None || !countNode(p))
+            return nullptr;
         switch (node)
         {
         case Node::Declaration:
@@ -141,14 +148,9 @@ private:
             cdata.SetCDATA(true);
             return cdata.Parse(p, nullptr, encoding);
         }
-        case Node::Unknown:
+        default:
             return TiXmlUnknown().Parse(p, nullptr, encoding);
-        case Node::Element:
-            return parseElement(p, depth);
-        case Node::None:
-            break;
         }
-        return nullptr;
     }
 
     // TiXmlElement::Parse, from the "<" of the tag.
@@ -159,6 +161,9 @@ private:
 
         std::string name;
         const char* p = ReaderRules::ReadName(ReaderRules::SkipWhiteSpace(tag + 1, encoding), &name, encoding);
+        const bool counts = depth > 1 || name != "Type";
+        if (counts && !countNode(tag))
+            return nullptr;
         // The names of this element's attributes. Its content, where the children reuse the list,
         // comes only after the last of them.
         attributeNames.clear();
@@ -179,6 +184,8 @@ private:
             p = parseAttribute(p, attributeName.size());
             if (p == nullptr || *p == '\0' ||
                 std::find(attributeNames.begin(), attributeNames.end(), attributeName) != attributeNames.end())
+                return nullptr;
+            if (counts && !countNode(nameEnd))
                 return nullptr;
             attributeNames.push_back(attributeName);
             if (attributeNames.size() > limits.maxAttributes)
@@ -212,7 +219,9 @@ private:
              p = ReaderRules::SkipWhiteSpace(p, encoding))
         {
             if (*p != '<')
-                p = TiXmlText("").Parse(TiXmlBase::IsWhiteSpaceCondensed() ? p : withWhiteSpace, nullptr, encoding);
+                p = countNode(p) ? TiXmlText("").Parse(TiXmlBase::IsWhiteSpaceCondensed() ? p : withWhiteSpace, nullptr,
+                                                       encoding)
+                                 : nullptr;
             else if (ReaderRules::StringEqual(p, "</", false, encoding))
                 return p;
             else
@@ -230,6 +239,14 @@ private:
         return p != nullptr && *p == '>' ? p + 1 : nullptr;
     }
 
+    bool countNode(const char* at)
+    {
+        if (++nodes <= limits.maxNodes)
+            return true;
+        fail(at, "More than " + std::to_string(limits.maxNodes) + " nodes besides the Type elements.");
+        return false;
+    }
+
     // Records the breach at the row of `tag`, and stops the walk.
     const char* fail(const char* tag, const std::string& description)
     {
@@ -241,6 +258,7 @@ private:
     const XmlLimits limits;
     TiXmlEncoding encoding = TIXML_ENCODING_UNKNOWN;
     std::optional<XmlFailure> breach;
+    std::uint64_t nodes = 0;
     std::vector<std::string_view> attributeNames; // views into `text`
 };
 
