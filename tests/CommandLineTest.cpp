@@ -10,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -42,6 +43,7 @@ struct ToolRun
 {
     int exitStatus, signal; // -1 for a process that did not exit by itself; 0 without a signal
     long peakMemoryKiB;
+    double seconds;
     std::string out, err;
 };
 
@@ -73,6 +75,7 @@ ToolRun runTool(const char* program, const std::vector<std::string>& arguments, 
     int pipeEnds[2] = {-1, -1};
     if (output == Output::BrokenPipe && ::pipe(pipeEnds) == 0)
         ::close(pipeEnds[0]);
+    const auto start = std::chrono::steady_clock::now();
     const pid_t child = ::fork();
     if (child == 0)
     {
@@ -94,8 +97,13 @@ ToolRun runTool(const char* program, const std::vector<std::string>& arguments, 
     int status = 0;
     rusage usage = {};
     ::wait4(child, &status, 0, &usage);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, WIFSIGNALED(status) ? WTERMSIG(status) : 0, usage.ru_maxrss,
-            readFile(out), readFile(err)};
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+            WIFSIGNALED(status) ? WTERMSIG(status) : 0,
+            usage.ru_maxrss,
+            seconds.count(),
+            readFile(out),
+            readFile(err)};
 }
 
 std::string type(const std::string& attributes) { return "<Type " + attributes + " />\n"; }
@@ -175,6 +183,7 @@ struct Case
     Output output = Output::File;
     rlim_t fileSizeLimit = 0;
     rlim_t addressSpaceLimit = 0; // not under the sanitizers, which reserve more for themselves
+    double seconds = 10;          // ten times as long under the sanitizers
 };
 
 void PrintTo(const Case& c, std::ostream* stream) { *stream << c.name; }
@@ -192,18 +201,26 @@ Case stopped(const std::string& name, const std::string& map, const std::string&
 
 std::string hugeValue() { return std::string(50u << 20, 'x'); }
 
-// Types whose include values have one hash: "az" and "bU" hash alike as blocks of two bytes.
-std::string includesOfOneHash(int count)
+// Types whose include values have one hash: at each place one of two blocks of equal hash.
+using Blocks = std::vector<std::pair<std::string, std::string>>;
+std::string includesOfOneHash(int count, const Blocks& blocks = Blocks(4, {"az", "bU"}))
 {
     std::string types;
     for (int bits = 0; bits < count; ++bits)
     {
         std::string include;
-        for (int block = 1; block < 16; block *= 2)
-            include += bits & block ? "bU" : "az";
+        for (std::size_t place = 0; place < blocks.size(); ++place)
+            include += (bits >> place & 1) != 0 ? blocks[place].second : blocks[place].first;
         types += type(R"(name="T" namespace="n" include=")" + include + "\"");
     }
     return types;
+}
+
+// A file of `bytes` that takes no room on disk: zeros behind `text`.
+void writeSparseFile(const std::string& path, const std::string& text, std::uintmax_t bytes)
+{
+    writeFile(path, text);
+    fs::resize_file(path, bytes);
 }
 
 std::vector<Case> cases()
@@ -217,7 +234,16 @@ std::vector<Case> cases()
     const std::string allHeld = ": other keys hold all eleven of its probe positions even in a table of 673 slots for ";
     const std::string tooDeep = " lies in more than 32 nested namespaces\\.\n";
     std::mt19937 random(7);
-    std::string randomBytes(4096, ' ');
+    const std::string nodes = "More than 100000 nodes besides the Type elements\\.";
+    const std::string tooLarge = "File larger than 256 MiB\\.";
+    const auto overwriting = [](const std::string& kind, const std::string& source, const std::string& target) {
+        return "LuaContainerGenerator: will not overwrite the " + kind + " '" + escaped(source) +
+               "' with the target '" + escaped(target) + "'\n";
+    };
+    std::string twoLetterIncludes, randomBytes(4096, ' ');
+    for (const char first : std::string("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"))
+        for (const char second : std::string("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"))
+            twoLetterIncludes += type(std::string("name='T' namespace='n' include='") + first + second + "'");
     for (char& byte : randomBytes)
         byte = static_cast<char>(random() & 0xff);
 
@@ -323,8 +349,6 @@ std::vector<Case> cases()
         {.name = "FiftyMegabyteAttributeValue", .map = std::nullopt,
          .prepare = [] { writeFile(typeMapPath, type("name='A' namespace='n' include='" + hugeValue() + "'")); },
          .check = [] { EXPECT_NE(std::string::npos, readFile(work + "/out.pkg").find(hugeValue() + ">\n")); }},
-        {.name = "TypeTagsInACommentBeyondTheAddressSpace", .map = point + "<!--" + repeated("<Type", 300000) + "-->",
-         .contains = {{"out.h", "PointVector;"}}, .addressSpaceLimit = 1u << 30},
         {.name = "TwoHundredThousandTypes", .map = std::nullopt,
          .prepare = [] { writeFile(typeMapPath, repeated(point, 199999) + type(R"(name="Last" namespace="n")")); },
          .contains = {{"out.h", "typedef zymData::ValueT< n::Last > LastValue;"}}},
@@ -346,6 +370,45 @@ std::vector<Case> cases()
                 "TypeMap: the Type on row 1" + tooDeep),
         stopped("TenThousandNamespaces", type("name=\"T\" namespace=\"" + listed("n", "::n", 10000) + "\""),
                 "TypeMap: the Type on row 1" + tooDeep),
+        stopped("TwoLetterIncludes", twoLetterIncludes,
+                unplaceable + "'fA' \\(hash 3839\\): other keys hold all eleven of its probe positions even in a "
+                              "table of 10949 slots for 291 keys\n"),
+        // A refused value is written on one line, its control bytes as the reader writes them.
+        stopped("IncludesOfOneHashWithALineFeedAndAnEscape",
+                includesOfOneHash(12, {{"`/", "a&#10;"}, {"`@", "a\x1b"}, {"az", "bU"}, {"az", "bU"}}),
+                unplaceable + "'a&#x0A;a&#x1B;azbU' \\(hash 2356742541\\)" + allHeld + "16 keys\n"),
+        stopped("IncludesOfOneHashWithATab", includesOfOneHash(12, {{"`.", "a&#9;"}, {"az", "bU"}, {"az", "bU"}, {"az", "bU"}}),
+                unplaceable + "'a&#x09;bUazbU' \\(hash 4264028723\\)" + allHeld + "16 keys\n"),
+        // The map is trusted: an include value with a line feed writes a row of its own.
+        {.name = "IncludeWithALineFeed", .map = type("name='A' namespace='n' include='a>&#10;$#include <b'"),
+         .contains = {{"out.pkg", "\n$#include <a>\n$#include <b>\n"}}},
+
+        // The run's own sources are never targets: nothing is opened for writing, and the run stops.
+        {.name = "PackageTargetIsTheTypeMap", .arguments = {typeMapPath, "out.h"}, .status = 1, .out = "",
+         .err = overwriting("type map", typeMapPath, typeMapPath), .package = Kept, .typedefs = Kept, .seconds = 1},
+        {.name = "TypedefTargetIsAHardLinkToTheTypeMap", .arguments = {"out.pkg", "map"}, .status = 1,
+         .out = successLines("out.pkg", ""), .err = overwriting("type map", typeMapPath, "map"), .typedefs = Kept,
+         .prepare = [] { fs::create_hard_link(typeMapPath, work + "/map"); }, .seconds = 1},
+        {.name = "TypedefTargetIsALinkToTheBanner", .banner = "/* b */\n", .arguments = {"out.pkg", "banner"},
+         .status = 1, .out = successLines("out.pkg", ""), .err = overwriting("banner", bannerPath, "banner"),
+         .typedefs = Kept, .prepare = [] { fs::create_symlink(bannerPath, work + "/banner"); }, .seconds = 1},
+
+        // Sources read only as far as they count, and no further.
+        {.name = "GibibyteBannerOfZeros", .prepare = [] { writeSparseFile(bannerPath, "", 1u << 30); },
+         .check = [] { EXPECT_EQ(0u, readFile(work + "/out.pkg").find("$#include <")); }, .seconds = 1},
+        {.name = "BannerBeforeAGibibyteOfZeros", .prepare = [] { writeSparseFile(bannerPath, "/* b */\n", 1u << 30); },
+         .check = [] { EXPECT_EQ(0u, readFile(work + "/out.h").find("/* b */\n\n#ifndef ")); }, .seconds = 1},
+        {.name = "FourGibibyteTypeMap", .map = std::nullopt, .out = "", .err = loadFailure("0", tooLarge),
+         .package = Kept, .typedefs = Kept, .prepare = [] { writeSparseFile(typeMapPath, point, 4ull << 30); },
+         .addressSpaceLimit = 2000000u << 10, .seconds = 1},
+        {.name = "TypeMapOneByteOverTheLimit", .map = std::nullopt, .out = "", .err = loadFailure("0", tooLarge),
+         .package = Kept, .typedefs = Kept, .prepare = [] { writeSparseFile(typeMapPath, point, (256u << 20) + 1); },
+         .seconds = 1},
+        {.name = "HundredThousandNodes", .map = repeated("<a/>", 100000), .seconds = 1},
+        notLoaded("NodesBeyondTheBudgetInsideDeepNesting",
+                  repeated("<a>", 31) + repeated("x<b/>", 50000) + repeated("</a>", 31), "1", nodes),
+        notLoaded("ChildrenOfATypeBeyondTheBudget",
+                  point + "<Type name='T' namespace='n'>" + repeated("\n<c/>", 100001) + "</Type>", "100003", nodes),
     };
     // clang-format on
 
@@ -421,10 +484,15 @@ TEST_P(ToolRuns, EndInOrderAndSpareWhatTheyCannotReplace)
         EXPECT_EQ(expected.present, readFile(work + "/" + expected.file).find(expected.text) != std::string::npos)
             << expected.text;
     c.check();
+    EXPECT_TRUE(!c.map || *c.map == readFile(typeMapPath)); // the sources stay as they were
+    EXPECT_TRUE(!c.banner || *c.banner == readFile(bannerPath));
 #ifndef ZYM_SANITIZED
+    EXPECT_LT(run.seconds, c.seconds);
     const auto size = [](const std::string& path) { return fs::is_regular_file(path) ? fs::file_size(path) : 0; };
     const std::uintmax_t bytes = size(typeMapPath) + size(work + "/out.pkg") + size(work + "/out.h");
     EXPECT_LT(static_cast<std::uintmax_t>(run.peakMemoryKiB) * 1024, 3 * bytes + (64u << 20));
+#else
+    EXPECT_LT(run.seconds, 10 * c.seconds);
 #endif
     fs::remove_all(root); // the next test that shares the root must not find a directory in its place
 }
