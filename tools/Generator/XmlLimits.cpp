@@ -50,15 +50,7 @@ public:
 };
 
 // The kinds of node that the reader makes (TiXmlNode::Identify).
-enum class Node
-{
-    None,
-    Declaration,
-    Comment,
-    CData,
-    Unknown,
-    Element,
-};
+enum class Node { None, Declaration, Comment, CData, Unknown, Element };
 
 Node identify(const char* p, TiXmlEncoding encoding)
 {

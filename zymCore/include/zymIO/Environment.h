@@ -26,13 +26,7 @@ private:
 class Environment
 {
 public:
-    enum Type
-    {
-        DataFilePath = 0,
-        ConfigFilePath = 1,
-        ComponentFilePath = 2,
-        TypeCount
-    };
+    enum Type { DataFilePath = 0, ConfigFilePath = 1, ComponentFilePath = 2, TypeCount };
 
     static Environment& instance();
 
