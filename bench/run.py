@@ -20,6 +20,7 @@ import sys
 
 TYPE_MAP = "LuaContainerPrimitives.xml"
 BANNER = os.path.join("tools", "Generator", "zym_copyright.txt")
+REPORT = None  # where the launcher reports each run
 
 
 def type_map(count, seed=2026):
@@ -44,8 +45,10 @@ def type_map(count, seed=2026):
 
 def run(launch, argv, stdout=os.devnull):
     """One run through the launcher: wall, CPU (user + system) in seconds, peak RSS in bytes."""
-    wall, user, system, rss, status = map(int, subprocess.run([launch, stdout] + argv, stdout=subprocess.PIPE,
-                                                              check=True).stdout.split())
+    with open(stdout, "w") as output:
+        subprocess.run([launch, REPORT] + argv, stdout=output, check=True)
+    with open(REPORT) as report:
+        wall, user, system, rss, status = map(int, report.read().split())
     if not os.WIFEXITED(status) or os.WEXITSTATUS(status) != 0:
         sys.exit("error: %s ended with status %d" % (" ".join(argv), status))
     return wall * 1e-9, (user + system) * 1e-9, rss * 1024
@@ -104,6 +107,8 @@ def main():
     shutil.copyfile(paths["banner"], os.path.join(paths["root"], BANNER))
     work = os.path.join(arguments.build, "bench", "work")
     os.makedirs(work, exist_ok=True)
+    global REPORT
+    REPORT = os.path.join(work, "launch.report")
     with open("/proc/loadavg") as load:
         print("%d cores, load average %s; %d alternating pairs per row, medians.\n" %
               (os.cpu_count(), " ".join(load.read().split()[:3]), pair_count))

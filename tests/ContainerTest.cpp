@@ -16,10 +16,10 @@
 namespace
 {
 
-// The allocator calls of the containers that log, in units of their element or slot: "+4" for a
-// block of 4 aligned to 16, "-4" for its return, "-0 null" for the return of none.
+// The calls of the allocator, in units of an element or a slot: "+4" takes a block of 4 aligned
+// to 16, "-4" hands it back, "-0 null" hands back none. Once `blocksLeft` runs out it throws.
 std::vector<std::string> calls;
-int blocksLeft = -1; // std::bad_alloc once it runs out
+int blocksLeft = -1;
 
 struct RecordingAllocator
 {
@@ -47,12 +47,7 @@ struct Tracked : String
 {
     Tracked(const char* text = "") noexcept : String(text) {}
     Tracked(const Tracked& other) : String(other) { copied(); }
-    Tracked& operator=(const Tracked& other)
-    {
-        copied();
-        String::operator=(other);
-        return *this;
-    }
+    Tracked& operator=(const Tracked& other) { return copied(), String::operator=(other), *this; }
     ~Tracked() { events.push_back("destroy " + *this); }
     void copied() const
     {
@@ -62,43 +57,23 @@ struct Tracked : String
     }
 };
 
-struct TrackedHash
-{
-    std::uint32_t operator()(const String& key) const { return zym::HashFn<String>()(key); }
-};
-
 using List = zym::Vector<Tracked, RecordingAllocator>;
-using Set = zym::HashSet<Tracked, TrackedHash, RecordingAllocator>;
+using Set = zym::HashSet<Tracked, zym::HashFn<String>, RecordingAllocator>;
 const RecordingAllocator elements{sizeof(Tracked)}, slots{sizeof(Set::Slot)};
 
-// The capacity, then each key with its slot in walk order: "7: 3 zym/HashSet.h, 6 zym/Vector.h".
-std::string layout(const Set& set)
+// The capacity, then each key with its slot in walk order: "7: 3 zym/HashSet.h, 6 zym/Vector.h";
+// or, sorted, only the keys.
+std::string layout(const Set& set, bool keysOnly = false)
 {
-    std::string text = std::to_string(set.capacity()) + ":";
+    std::vector<std::string> keys;
     for (auto it = set.begin(); it != set.end(); ++it)
-        text += (text.back() == ':' ? " " : ", ") + std::to_string(it.slotIndex()) + " " + *it;
-    return text;
-}
-
-std::vector<std::string> sortedKeys(const Set& set)
-{
-    std::vector<std::string> keys(set.begin(), set.end());
-    std::sort(keys.begin(), keys.end());
-    return keys;
-}
-
-// Keys of one hash made of the blocks "az" and "bU", which hash alike: "azazazaz", "bUazazaz", ...
-std::vector<Tracked> keysOfOneHash(int count)
-{
-    std::vector<Tracked> keys;
-    for (int bits = 0; bits < count; ++bits)
-    {
-        std::string key;
-        for (int block = 1; block < 16; block *= 2)
-            key += bits & block ? "bU" : "az";
-        keys.push_back(key.c_str());
-    }
-    return keys;
+        keys.push_back((keysOnly ? "" : std::to_string(it.slotIndex()) + " ") + *it);
+    if (keysOnly)
+        std::sort(keys.begin(), keys.end());
+    std::string text = std::to_string(set.capacity()) + ":";
+    for (const std::string& key : keys)
+        text += (text.back() == ':' ? " " : ", ") + key;
+    return keysOnly ? text.substr(text.find(':')) : text;
 }
 
 } // namespace
@@ -119,13 +94,13 @@ TEST(Vector, GrowsToFourThenDoublesCopyingAllElementsBeforeDestroyingAnyAndHands
             list.push_back(Tracked("x"));
         list.reserve(32);
         list.resize(3);
-        EXPECT_EQ("a b a", list.front() + " " + list.at(1) + " " + list.back());
+        EXPECT_EQ("a b a", list.front() + " " + list.at(1) + " " + std::as_const(list).back());
     }
     EXPECT_EQ((std::vector<std::string>{"+4", "-0 null", "+8", "-4", "+16", "-8", "+32", "-16", "-32", "-0 null"}),
               calls);
 }
 
-TEST(Vector, IsLeftAsItWasWhenACopyThrowsAndRefusesSizesBeyondMemory)
+TEST(Vector, IsLeftAsItWasWhenACopyThrowsAndStopsAccessOutsideItsElements)
 {
     List list(elements);
     for (const char* value : {"a", "b", "c", "d"})
@@ -144,15 +119,9 @@ TEST(Vector, IsLeftAsItWasWhenACopyThrowsAndRefusesSizesBeyondMemory)
     EXPECT_EQ((std::vector<std::string>{"+8", "-8", "+9", "-9", "+8", "-8", "+9", "-9", "+8", "-8", "+9", "-9"}),
               calls);
     EXPECT_THROW(list.reserve(1ull << 60), std::length_error);
-}
-
-TEST(VectorDeathTest, AccessOutsideTheElementsStopsWithAMessage)
-{
-    zym::Vector<int> list;
-    EXPECT_EXIT(list.front(), testing::ExitedWithCode(1), "Vector::front: index 0 is out of range \\(size 0\\)");
-    list.push_back(1);
-    EXPECT_EQ(1, std::as_const(list).back());
-    EXPECT_EXIT(std::as_const(list).at(1), testing::ExitedWithCode(1), "Vector::at: index 1 is out of range");
+    EXPECT_EXIT(List(elements).front(), testing::ExitedWithCode(1),
+                "Vector::front: index 0 is out of range \\(size 0\\)");
+    EXPECT_EXIT(std::as_const(list).at(4), testing::ExitedWithCode(1), "Vector::at: index 4 is out of range");
 }
 
 TEST(HashSet, PlacesTheDefaultIncludesSlotBySlotAndReordersThemOnTheNextGrowth)
@@ -177,7 +146,7 @@ TEST(HashSet, PlacesTheDefaultIncludesSlotBySlotAndReordersThemOnTheNextGrowth)
     EXPECT_EQ((std::vector<std::string>{"+2", "-0 null", "+7", "-2", "+17", "-7", "-17", "-0 null"}), calls);
 }
 
-TEST(HashSet, HashesSignedBytesAndProbesInSixtyFourBits)
+TEST(HashSet, HashesSignedBytesGrowsThroughPrimesAndProbesInSixtyFourBits)
 {
     const zym::HashFn<String> hash;
     for (const auto& [key, expected] : std::vector<std::pair<String, std::uint32_t>>{{"", 0},
@@ -191,16 +160,7 @@ TEST(HashSet, HashesSignedBytesAndProbesInSixtyFourBits)
                                                                                       186729887}})
         EXPECT_EQ(expected, hash(key)) << key;
 
-    // Three keys of hash 2^32 - 1: the second probe of one lies at 2^32, not at 0.
-    Set set(slots);
-    for (const char* key : {"\xff", "\xff$", "\xff$$"})
-        set.insert(key);
-    EXPECT_EQ("7: 0 \xff$$, 3 \xff, 4 \xff$", layout(set));
-}
-
-TEST(HashSet, GrowsThroughPrimesOnLoadAndOnProbesThatFindNoPlaceAndRefusesATwelfthKeyOfOneHash)
-{
-    Set set(slots);
+    Set set(slots), wrapping(slots);
     std::vector<std::uint64_t> capacities = {0};
     for (int i = 0; i < 600; ++i)
         if (set.insert(("include/" + std::to_string(i) + ".h").c_str()), capacities.back() != set.capacity())
@@ -210,20 +170,34 @@ TEST(HashSet, GrowsThroughPrimesOnLoadAndOnProbesThatFindNoPlaceAndRefusesATwelf
     EXPECT_TRUE(set.insert("").alreadyPresent);
     EXPECT_EQ(601, std::distance(set.begin(), set.end()));
 
-    // At capacity 7 the probes of one hash reach only four slots: a fifth key of that hash fails
-    // its search below the threshold, and takes the set to the next prime of its probe request.
-    Set crowded(slots);
-    const std::vector<Tracked> keys = keysOfOneHash(12);
-    for (std::size_t i = 0; i < 11; ++i)
+    // Three keys of hash 2^32 - 1: the second probe of one lies at 2^32, not at 0.
+    for (const char* key : {"\xff", "\xff$", "\xff$$"})
+        wrapping.insert(key);
+    EXPECT_EQ("7: 0 \xff$$, 3 \xff, 4 \xff$", layout(wrapping));
+}
+
+// Keys made of the blocks "az" and "bU", which hash alike, all have one hash. At capacity 7 their
+// probes reach only four slots: a fifth key fails its search below the threshold and takes the set
+// to the next prime of its probe request. A twelfth finds no place in any table.
+TEST(HashSet, RefusesATwelfthKeyOfOneHashAndKeepsItsKeys)
+{
+    Set set(slots);
+    std::vector<Tracked> keys;
+    for (int bits = 0; bits < 12; ++bits)
     {
-        crowded.insert(keys[i]);
-        EXPECT_TRUE(i != 4 || layout(crowded) == "17: 4 bUazazaz, 11 azazbUaz, 12 bUbUazaz, 13 azbUazaz, 16 azazazaz");
+        std::string key;
+        for (int block = 1; block < 16; block *= 2)
+            key += bits & block ? "bU" : "az";
+        keys.push_back(key.c_str());
     }
-    const std::vector<std::string> eleven = sortedKeys(crowded);
+    for (std::size_t i = 0; i < 11; ++i)
+        EXPECT_TRUE((set.insert(keys[i]), i != 4) ||
+                    layout(set) == "17: 4 bUazazaz, 11 azazbUaz, 12 bUbUazaz, 13 azbUazaz, 16 azazazaz");
+    const std::string eleven = layout(set, true);
     std::string refusal;
     try
     {
-        crowded.insert(keys[11]);
+        set.insert(keys[11]);
     }
     catch (const std::length_error& error)
     {
@@ -232,7 +206,7 @@ TEST(HashSet, GrowsThroughPrimesOnLoadAndOnProbesThatFindNoPlaceAndRefusesATwelf
     EXPECT_EQ("HashSet: cannot insert 'bUbUazbU' (hash 2133336812): other keys hold all eleven of its probe positions "
               "even in a table of 673 slots for 11 keys",
               refusal);
-    EXPECT_EQ(eleven, sortedKeys(crowded));
+    EXPECT_EQ(eleven, layout(set, true));
 }
 
 // Families of one hash make the set grow twice because probes find no place, once inside another
@@ -253,7 +227,7 @@ TEST(HashSet, KeepsItsKeysWhenATableOrAKeyCannotBeHadInTheMiddleOfAGrowth)
             failures = 0;
             for (std::size_t i = 0; i < keys.size() && failures == 0; ++i)
             {
-                const std::vector<std::string> before = sortedKeys(set);
+                const std::string before = layout(set, true);
                 try
                 {
                     set.insert(keys[i]);
@@ -261,7 +235,7 @@ TEST(HashSet, KeepsItsKeysWhenATableOrAKeyCannotBeHadInTheMiddleOfAGrowth)
                 catch (const std::exception&)
                 {
                     ++failures;
-                    EXPECT_EQ(before, sortedKeys(set)) << allowed;
+                    EXPECT_EQ(before, layout(set, true)) << allowed;
                 }
             }
             *budget = -1;

@@ -1,8 +1,8 @@
-// Drives both generators in process on arbitrary type-map text, checking what must hold for any
-// input, and holds the limits check against the XML reader itself: findXmlLimitBreach finds a
-// breach of given limits exactly when the document that the reader builds from the same text,
-// failed or whole, goes past them. Only small texts go to the reader directly, where its own
-// recursion is safe.
+// Holds the limits check to the XML reader itself: findXmlLimitBreach finds a breach of given
+// limits exactly when the document that the reader builds from the same text, failed or whole,
+// goes past them (only small texts go to the reader, where its own recursion is safe). And drives
+// both generators on arbitrary type-map text: each writes a whole text, or marks its stream failed,
+// or raises; the package generator raises before it writes anything.
 
 #include "LuaContainerGenerator.h"
 #include "XmlFile.h"
@@ -14,12 +14,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <limits>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <limits>
 #include <sstream>
 
 namespace
@@ -46,24 +45,35 @@ void measure(const TiXmlNode* node, std::uint64_t depth, XmlLimits& built)
     }
 }
 
-void checkLimits(std::string_view bytes)
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    const XmlText text(bytes);
-    TiXmlDocument document;
-    document.Parse(text.c_str(), nullptr, TIXML_ENCODING_UNKNOWN);
-    XmlLimits built{0, 0};
-    measure(&document, 1, built);
-    constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
-    require(!findXmlLimitBreach(text.c_str(), built));
-    require(built.maxDepth == 0 || findXmlLimitBreach(text.c_str(), {built.maxDepth - 1, unlimited}));
-    require(built.maxAttributes == 0 || findXmlLimitBreach(text.c_str(), {unlimited, built.maxAttributes - 1}));
+    const auto root = std::filesystem::temp_directory_path() / ("zym-fuzz-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(root);
+    typeMapPath = (root / "LuaContainerPrimitives.xml").string();
+    zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).pushbackPath(root.string());
+    std::cerr.setstate(std::ios::badbit); // the generators' reports; the fuzzer's own go through stdio
+    return 0;
 }
 
-// Each generator writes a whole text, or marks its stream failed, or raises; the package
-// generator raises before it writes anything.
-void checkGenerators(const std::string& text)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    std::ofstream(typeMapPath, std::ios::binary | std::ios::trunc) << text;
+    const std::string bytes(reinterpret_cast<const char*>(data), size);
+    if (size <= 4096)
+    {
+        const XmlText text(bytes);
+        TiXmlDocument document;
+        document.Parse(text.c_str(), nullptr, TIXML_ENCODING_UNKNOWN);
+        XmlLimits built{0, 0};
+        measure(&document, 1, built);
+        constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
+        require(!findXmlLimitBreach(text.c_str(), built));
+        require(built.maxDepth == 0 || findXmlLimitBreach(text.c_str(), {built.maxDepth - 1, unlimited}));
+        require(built.maxAttributes == 0 || findXmlLimitBreach(text.c_str(), {unlimited, built.maxAttributes - 1}));
+    }
+
+    std::ofstream(typeMapPath, std::ios::binary | std::ios::trunc) << bytes;
     std::stringstream package, typedefs;
     try
     {
@@ -82,25 +92,5 @@ void checkGenerators(const std::string& text)
     }
     catch (const std::runtime_error&)
     {}
-}
-
-} // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    const auto root = std::filesystem::temp_directory_path() / ("zym-fuzz-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(root);
-    typeMapPath = (root / "LuaContainerPrimitives.xml").string();
-    zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).pushbackPath(root.string());
-    std::cerr.setstate(std::ios::badbit); // the generators' reports; the fuzzer's own go through stdio
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    const std::string text(reinterpret_cast<const char*>(data), size);
-    if (size <= 4096)
-        checkLimits(text);
-    checkGenerators(text);
     return 0;
 }

@@ -1,6 +1,6 @@
 // The library around the generated files, as small as their bindings allow: the element types
-// of the type maps, the name, index and format types, and the container templates behind the
-// typedefs. The build writes a header at each include path that the generated files and
+// of its type map, the name, index and format types, and the container templates behind the
+// typedefs. The test writes a header at each include path that the generated files and
 // zym/Math.tolua name, and each of them includes this one.
 // clang-format off
 #pragma once
@@ -16,15 +16,10 @@
 namespace zym
 {
 typedef ::String String;
-struct Vec2 { float x = 0, y = 0; };
 struct Vec3 { Vec3(float a = 0, float b = 0, float c = 0) : x(a), y(b), z(c) {} float x, y, z; };
-struct Vec4 { float x = 0, y = 0, z = 0, w = 0; };
-struct Quat { float x = 0, y = 0, z = 0, w = 1; };
-struct Matrix3x3 { float m[9] = {}; };
-struct AffineMatrix4x4 { float m[12] = {}; };
-struct Uuid { std::uint8_t bytes[16] = {}; };
 namespace render { struct Color { float r = 0, g = 0, b = 0, a = 1; }; }
-namespace geo { struct Ray { Vec3 origin, direction; }; struct BoundingBox { Vec3 min, max; }; }
+namespace geo { struct Ray { Vec3 origin, direction; }; }
+struct Anchor { Vec3 position; }; // not in the type map until the test adds it
 // Not trivially copyable: its containers are the Vector ones.
 struct Name { Name(const char* name = "") : text(name) {} const char* c_str() const { return text.c_str(); } String text; };
 typedef std::uint32_t Index;
