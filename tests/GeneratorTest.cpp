@@ -41,11 +41,11 @@ TEST(ClassWriters, WriteTheirRowsOneFlushAtATimeAndLeaveTheStreamsFailuresToTheC
     writeContainerDeclarations(frame, zym::Indentation{1}, "Point");
     EXPECT_EQ("", frame.str());
 
-    for (const auto& [writer, firstRow] : {std::pair{writers[0], "class StringVector\n"},
-                                           {writers[1], "class StringArray\n"},
+    // clang-format off
+    for (const auto& [writer, firstRow] : {std::pair{writers[0], "class StringVector\n"}, {writers[1], "class StringArray\n"},
                                            {writers[2], "class StringBuffer : public zymData::Buffer\n"},
-                                           {writers[3], ""},
-                                           {writers[4], "class StringHash\n"}})
+                                           {writers[3], ""}, {writers[4], "class StringHash\n"}})
+    // clang-format on
     {
         std::ostringstream text, failed;
         writer(text, zym::Indentation{0}, "String", "");
@@ -84,18 +84,15 @@ TEST(Streamdiff, ComparesWholeStreamsWhereverTheyStandAndPutsBackThoseThatDiffer
 {
     // The two texts, the bytes already read from each, the state of the second; the answer.
     // Streams that differ are left where they stood; streams found the same, failed at their end.
+    // clang-format off
     for (const auto& [first, second, readFirst, readSecond, secondState, differ] :
-         {std::tuple{"", "", 0, 0, std::ios::goodbit, false},
-          {"same", "same", 0, 0, std::ios::goodbit, false},
-          {"abcd", "abce", 0, 0, std::ios::goodbit, true},
-          {"abc", "abcd", 0, 0, std::ios::goodbit, true},
-          {"a b", "ab ", 0, 0, std::ios::goodbit, true},
-          {"\xff", "\x7f", 0, 0, std::ios::goodbit, true},
-          {"abcdef", "abcdef", 2, 0, std::ios::goodbit, false},
-          {"abcdef", "abcxef", 0, 4, std::ios::goodbit, true},
-          {"abcdef", "ab", 3, 1, std::ios::goodbit, true},
-          {"abcdef", "abcdef", 0, 0, std::ios::eofbit, true},
+         {std::tuple{"", "", 0, 0, std::ios::goodbit, false}, {"same", "same", 0, 0, std::ios::goodbit, false},
+          {"abcd", "abce", 0, 0, std::ios::goodbit, true}, {"abc", "abcd", 0, 0, std::ios::goodbit, true},
+          {"a b", "ab ", 0, 0, std::ios::goodbit, true}, {"\xff", "\x7f", 0, 0, std::ios::goodbit, true},
+          {"abcdef", "abcdef", 2, 0, std::ios::goodbit, false}, {"abcdef", "abcxef", 0, 4, std::ios::goodbit, true},
+          {"abcdef", "ab", 3, 1, std::ios::goodbit, true}, {"abcdef", "abcdef", 0, 0, std::ios::eofbit, true},
           {"abcdef", "abcdef", 0, 0, std::ios::failbit, true}})
+    // clang-format on
     {
         std::istringstream a(first), b(second);
         a.ignore(readFirst);
@@ -117,10 +114,9 @@ TEST(Capitalize, ChangesTheFirstCharacterOfACopyOnly)
     const String original = "vector of Points";
     EXPECT_EQ("Vector of Points", capitalize(original));
     EXPECT_EQ("vector of Points", original);
-    for (const auto& [text, upper, lower] : {std::tuple{"VECTOR", "VECTOR", "vECTOR"},
-                                             {"", "", ""},
-                                             {"3d", "3d", "3d"},
-                                             {"Already", "Already", "already"},
-                                             {"\xe9t\xe9", "\xe9t\xe9", "\xe9t\xe9"}})
+    // clang-format off
+    for (const auto& [text, upper, lower] : {std::tuple{"VECTOR", "VECTOR", "vECTOR"}, {"", "", ""}, {"3d", "3d", "3d"},
+                                             {"Already", "Already", "already"}, {"\xe9t\xe9", "\xe9t\xe9", "\xe9t\xe9"}})
+        // clang-format on
         EXPECT_EQ((std::pair<String, String>(upper, lower)), std::pair(capitalize(text), decapitalize(text))) << text;
 }
