@@ -7,8 +7,9 @@
 # adds the INTERFACE library <name>. Linking <name> is all that a target needs: it carries the
 # include directory from which #include <zymLua/generated_container_typedefs.h> resolves, and the
 # order after the generation, for the target's sources, its file sets and its custom commands.
-# Sets <name>_PACKAGE and <name>_TYPEDEFS, the two files in <dir>/zymLua/, and <name>_INCLUDE_DIR,
-# <dir>, which is ${CMAKE_CURRENT_BINARY_DIR}/<name> unless OUTPUT_DIRECTORY is given.
+# Sets <name>_PACKAGE and <name>_TYPEDEFS, the two files in <dir>/zymLua/, <name>_INCLUDE_DIR,
+# <dir>, which is ${CMAKE_CURRENT_BINARY_DIR}/<name> unless OUTPUT_DIRECTORY is given, and
+# <name>_TOLUA_EXTENSIONS, the extension that tolua++ needs for the package file (-L).
 #
 # The tool looks for the type map LuaContainerPrimitives.xml in <root>/, else in <root>/data/, and
 # for the optional banner tools/Generator/zym_copyright.txt below the same two directories. The
@@ -196,4 +197,5 @@ function(lua_container_generate name)
   set(${name}_PACKAGE "${package}" PARENT_SCOPE)
   set(${name}_TYPEDEFS "${typedefs}" PARENT_SCOPE)
   set(${name}_INCLUDE_DIR "${outputDir}" PARENT_SCOPE)
+  set(${name}_TOLUA_EXTENSIONS "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/LuaContainersTolua.lua" PARENT_SCOPE)
 endfunction()

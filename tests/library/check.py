@@ -57,7 +57,6 @@ def make_tree(source):
     os.makedirs(os.path.join(source, "extern"))
     os.symlink(project, os.path.join(source, "extern", "LuaContainerGenerator"))
     write(source + "/CMakeLists.txt", block("cmake", "## Using it in a library") + "add_subdirectory(checks)\n")
-    write(source + "/zymToluaExtensions.lua", block("lua", "## Using it in a library"))
     write(source + "/LuaContainerPrimitives.xml", block("xml", "## The type map"))
     write(source + "/data/LuaContainerPrimitives.xml", "<Type name='Decoy' namespace='zym' />\n")
     for header in HEADERS:

@@ -233,13 +233,14 @@ std::string escapedControlBytes(std::string_view text)
     return escaped;
 }
 
-// An exception that leaves main ends the run with status 1. A failure of the type map has told
-// itself already; anything else is told here, in one line.
+// An exception that leaves main ends the run with status 1. A zym::ReportedError has been told
+// already; anything else is told here, in one line.
 [[noreturn]] void endOnUncaughtException()
 {
     try
     {
-        throw;
+        if (std::current_exception())
+            throw;
     }
     catch (const zym::ReportedError&)
     {}
