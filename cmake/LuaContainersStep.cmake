@@ -3,8 +3,9 @@
 #   generate  -DTOOL=<tool> -DSTAGE=<dir> -DTYPE_MAP=<file>: runs the tool into the staging directory
 #             and writes <dir>/generated.stamp when it exited with status 0, wrote both files and
 #             printed nothing on its error stream (a type map that cannot be loaded leaves status
-#             0 and no files). Otherwise it prints "<type map>:<row>: error: <reason>" and then what
-#             the tool printed, and writes no stamp: the command behind it fails on that.
+#             0 and no files). Otherwise it prints "<type map>:<row>: error: <reason>" (no row where
+#             the failure has none) and then what the tool printed, and writes no stamp: the command
+#             behind it fails on that.
 #   publish   -DSTAGE=<dir> -DFILE=<path>: puts the staged file of that name at <path> if its text
 #             differs from the file there, by renaming a copy, so that a reader sees either the
 #             old file or the new one
@@ -45,6 +46,7 @@ if(STEP STREQUAL "generate")
   else()
     set(reason "${TOOL} exited with status ${status} and wrote no files")
   endif()
+  string(REGEX REPLACE "\n+$" "" errors "${errors}")
   message(NOTICE "${place}: error: ${reason}\n${errors}")
 elseif(STEP STREQUAL "publish")
   get_filename_component(name "${FILE}" NAME)

@@ -36,8 +36,8 @@ struct HashFn<String>
 namespace hash_set_detail
 {
 
-// Growth passes through single precision, as the library always has: the capacities, and so the
-// order of the keys in a walk, depend on it.
+// Growth passes through single precision: the capacities, and so the order of the keys in a walk,
+// depend on it.
 inline std::uint64_t threshold(std::uint64_t capacity)
 {
     return static_cast<std::uint64_t>(static_cast<double>(static_cast<float>(capacity)) * 0.8);

@@ -133,7 +133,7 @@ private:
         ++size_;
     }
 
-    // Doubling in single precision, as the library has always grown its arrays, and at least 4.
+    // Doubling in single precision, and at least 4.
     std::uint64_t grownCapacity() const
     {
         const auto doubled = static_cast<std::uint64_t>(static_cast<float>(size_) * 2.0f);

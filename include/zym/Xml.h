@@ -49,10 +49,10 @@ public:
            << rule << "\n"
            << *element << "\n"
            << rule << "\n";
-
     const std::runtime_error error(report.str());
-    const std::string description = zym::buildErrorString("[%s:%u (%s)]", "", sourcePath, sourceLine, signature);
-    zym::raiseReported(ExceptionDescriber(description) % error);
+    const ExceptionDescriber describer(zym::buildErrorString("[%s:%u (%s)]", "", sourcePath, sourceLine, signature));
+    zym::raiseReported(
+        error, [&describer](const std::runtime_error& raised) -> const auto& { return describer % raised; });
 }
 
 } // namespace zym_internal

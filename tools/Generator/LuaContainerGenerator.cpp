@@ -17,6 +17,7 @@
 #include <tinyxml.h>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -136,13 +137,37 @@ void writeInNamespaces(Rows& rows, zym::Indentation level, const String& typeNam
 // ---------------------------------------------------------------------------------------------
 // The type map and the file writer
 
+// The control bytes of a message as the XML reader writes them, "&#x0A;", so that it stays one
+// line and writes nothing that a terminal would take for a command.
+std::string escapedControlBytes(std::string_view text)
+{
+    static const char digits[] = "0123456789ABCDEF";
+    std::string escaped;
+    for (const char byte : text)
+    {
+        const auto code = static_cast<unsigned char>(byte);
+        if (code < 0x20)
+            escaped.append("&#x").append(1, digits[code >> 4]).append(1, digits[code & 0xf]).append(";");
+        else
+            escaped += byte;
+    }
+    return escaped;
+}
+
 String findTypeMap()
 {
     return zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).find(String(TypeMapPath));
 }
 
-// Loads the type map, or says why it cannot and marks `stream` failed, so that its text is never
-// taken for a whole one and the file writer leaves its target alone.
+// The slot among a stream's words (iword) where a generator marks a type map that it could not
+// load, so that the file writer leaves its target alone; the stream's state stays the caller's.
+int loadFailureSlot()
+{
+    static const int slot = std::ios_base::xalloc();
+    return slot;
+}
+
+// Loads the type map, or says why it cannot and marks `stream`.
 bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& stream)
 {
     const std::optional<XmlFailure> failure = loadXmlFile(document);
@@ -150,21 +175,26 @@ bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& 
         return true;
     std::cerr << "TypeMap: Could not load " << TypeMapPath << " (full file path: '" << fullPath << "'). Error on row "
               << failure->row << ": " << failure->description << std::endl;
-    stream.setstate(std::ios::failbit);
+    stream.iword(loadFailureSlot()) = 1;
     return false;
 }
 
 // Room for a text, so that the memory stream does not grow by copying what it holds: a map of
-// ordinary types makes a package file of about 40 times its size, and a typedef header of about 6
-// times. Room that is never written is never touched. Past a GiB the text grows as it goes.
-std::string roomForText()
+// ordinary types makes a package file of about 40 times its size, a typedef header of about 8
+// times. Room that is never written is never touched, but it takes address space: at most a GiB,
+// and a quarter of what the process may have. Past that the text grows as it goes.
+std::string roomForText(std::uint64_t bytesPerMapByte)
 {
-    std::string room;
+    std::uint64_t room = std::uint64_t(1) << 30;
+    rlimit addressSpace = {};
+    if (::getrlimit(RLIMIT_AS, &addressSpace) == 0 && addressSpace.rlim_cur != RLIM_INFINITY)
+        room = std::min<std::uint64_t>(room, addressSpace.rlim_cur / 4);
     struct stat typeMap = {};
+    std::string text;
     if (::stat(findTypeMap().c_str(), &typeMap) == 0)
-        room.reserve(static_cast<std::size_t>(
-            std::min<std::uint64_t>(40 * static_cast<std::uint64_t>(typeMap.st_size), std::uint64_t(1) << 30)));
-    return room;
+        text.reserve(static_cast<std::size_t>(
+            std::min<std::uint64_t>(room, bytesPerMapByte * static_cast<std::uint64_t>(typeMap.st_size))));
+    return text;
 }
 
 // A target that is one of the run's sources, the type map or the banner, would destroy it: the
@@ -181,17 +211,19 @@ void refuseToOverwriteSources(const String& path)
         struct stat status = {};
         if (::stat(source.c_str(), &status) == 0 && status.st_dev == target.st_dev && status.st_ino == target.st_ino)
             zym::raiseReported(std::runtime_error("LuaContainerGenerator: will not overwrite the " + std::string(kind) +
-                                                  " '" + source + "' with the target '" + path + "'"));
+                                                  " '" + escapedControlBytes(source) + "' with the target '" +
+                                                  escapedControlBytes(path) + "'"));
     }
 }
 
 // Builds the whole text in memory, and only then replaces the target with it, in one write.
-void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), const char* successText)
+void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), std::uint64_t bytesPerMapByte,
+                        const char* successText)
 {
-    std::stringstream text(roomForText(), std::ios::in | std::ios::out);
+    std::stringstream text(roomForText(bytesPerMapByte), std::ios::in | std::ios::out);
     text.exceptions(std::ios::badbit); // memory that runs out ends the run, not the text
     generate(text);
-    if (text.fail())
+    if (text.iword(loadFailureSlot()) != 0)
         return;
     refuseToOverwriteSources(path);
     std::ofstream file(path, std::ios::out | std::ios::trunc);
@@ -214,23 +246,6 @@ void keepStandardStreamsOpen()
     for (int descriptor = 0; descriptor <= 2; ++descriptor)
         if (::fcntl(descriptor, F_GETFD) < 0 && ::open("/dev/null", O_RDWR) < 0)
             std::_Exit(1);
-}
-
-// The control bytes of a message as the XML reader writes them, "&#x0A;", so that it stays one
-// line and writes nothing that a terminal would take for a command.
-std::string escapedControlBytes(std::string_view text)
-{
-    static const char digits[] = "0123456789ABCDEF";
-    std::string escaped;
-    for (const char byte : text)
-    {
-        const auto code = static_cast<unsigned char>(byte);
-        if (code < 0x20)
-            escaped.append("&#x").append(1, digits[code >> 4]).append(1, digits[code & 0xf]).append(";");
-        else
-            escaped += byte;
-    }
-    return escaped;
 }
 
 // An exception that leaves main ends the run with status 1. A zym::ReportedError has been told
@@ -262,7 +277,7 @@ std::string escapedControlBytes(std::string_view text)
 
 void writeContainerDeclarations(const String& path)
 {
-    writeGeneratedFile(path, writeContainerDeclarations, "Updated lua container declarations in file ");
+    writeGeneratedFile(path, writeContainerDeclarations, 40, "Updated lua container declarations in file ");
 }
 
 void writeContainerDeclarations(std::ostream& stream)
@@ -462,7 +477,7 @@ void writeHashSetDeclaration(std::ostream& stream, zym::Indentation level, const
 
 void writeContainerTypedefs(const String& path)
 {
-    writeGeneratedFile(path, writeContainerTypedefs, "Updated lua container typedefs in file ");
+    writeGeneratedFile(path, writeContainerTypedefs, 8, "Updated lua container typedefs in file ");
 }
 
 void writeContainerTypedefs(std::ostream& stream)

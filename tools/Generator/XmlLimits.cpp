@@ -18,7 +18,8 @@
 //   - Rows are counted in a text whose line ends are all "\n", one-based.
 //
 // Every node that the reader parses counts against the node budget, but for the top-level Type
-// elements and their attributes: each of those writes more to the outputs than it costs.
+// elements and the attributes of theirs that the tool reads: each of those writes more to the
+// outputs than it costs.
 //
 // Markup that holds no element (declarations, comments, character data, unknown markup, text)
 // goes through the reader's own parser of its kind, on a node made for the purpose, so that it
@@ -83,6 +84,12 @@ TiXmlEncoding declaredEncoding(const char* name)
 bool isNameStart(char c)
 {
     return static_cast<unsigned char>(c) > 126 || std::isalpha(static_cast<unsigned char>(c)) || c == '_';
+}
+
+// The attributes of a Type that the tool reads.
+bool isReadAttribute(std::string_view name)
+{
+    return name == "name" || name == "namespace" || name == "isPOD" || name == "include";
 }
 
 bool isNameCharacter(char c)
@@ -177,7 +184,7 @@ private:
             if (p == nullptr || *p == '\0' ||
                 std::find(attributeNames.begin(), attributeNames.end(), attributeName) != attributeNames.end())
                 return nullptr;
-            if (counts && !countNode(nameEnd))
+            if ((counts || !isReadAttribute(attributeName)) && !countNode(nameEnd))
                 return nullptr;
             attributeNames.push_back(attributeName);
             if (attributeNames.size() > limits.maxAttributes)

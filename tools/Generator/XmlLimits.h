@@ -10,9 +10,9 @@
 // grows with the square of the depth, and adds each attribute of an element in time that grows
 // with their number: a deep enough file overflows its stack, and many attributes take minutes.
 // Each node of its document costs up to about 400 bytes: the nodes that write nothing, all but
-// the top-level Type elements and their attributes, are kept to a number that costs less than
-// 64 MiB. Real type maps are one or two levels deep, with four attributes to an element and a
-// few hundred nodes, and a few hundred KiB at most.
+// the top-level Type elements and the attributes of theirs that the tool reads, are kept to a
+// number that costs less than 64 MiB. Real type maps are a few KiB, one or two levels deep, with
+// four attributes to an element and a few hundred nodes.
 struct XmlLimits
 {
     std::uint64_t maxDepth = 32;
