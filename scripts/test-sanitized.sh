@@ -4,7 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-dependencies.sh cmake clang libclang-rt-14-dev pkg-config libtinyxml-dev libpystring-dev libgtest-dev python3 make ninja-build libtolua++5.1-dev liblua5.1-0-dev
+scripts/install-dependencies.sh cmake clang libclang-rt-14-dev pkg-config libtinyxml-dev libpystring-dev libgtest-dev \
+  python3 make ninja-build libtolua++5.1-dev liblua5.1-0-dev
 cmake -S . -B build-sanitize -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DZYM_SANITIZE=address,undefined -DZYM_BUILD_FUZZERS=ON -DZYM_BUILD_BENCHMARKS=OFF \
   -DZYM_FUZZ_SECONDS="${ZYM_FUZZ_SECONDS:-60}" >/dev/null

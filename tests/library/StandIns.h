@@ -21,7 +21,8 @@ namespace render { struct Color { float r = 0, g = 0, b = 0, a = 1; }; }
 namespace geo { struct Ray { Vec3 origin, direction; }; }
 struct Anchor { Vec3 position; }; // not in the type map until the test adds it
 // Not trivially copyable: its containers are the Vector ones.
-struct Name { Name(const char* name = "") : text(name) {} const char* c_str() const { return text.c_str(); } String text; };
+struct Name
+{ Name(const char* name = "") : text(name) {} const char* c_str() const { return text.c_str(); } String text; };
 typedef std::uint32_t Index;
 struct IndexRange32 { IndexRange32(Index first, Index last) : begin(first), end(last) {} Index begin, end; };
 } // namespace zym

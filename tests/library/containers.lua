@@ -9,7 +9,9 @@ local function expect(expected, actual, what)
   end
 end
 
-for prefix, kind in pairs({Name = {make = zym.Name, key = function(v) return v:c_str() end}, String = {make = tostring, key = tostring}}) do
+local kinds = {Name = {make = zym.Name, key = function(v) return v:c_str() end},
+               String = {make = tostring, key = tostring}}
+for prefix, kind in pairs(kinds) do
   for _, c in ipairs({zym[prefix .. "Vector"](), zym[prefix .. "Buffer"](zym.Name(prefix))}) do
     for i = 1, 5 do c:push_back(kind.make("e" .. i)) end
     expect("e2 e1 e5", kind.key(c:at(1)) .. " " .. kind.key(c:front()) .. " " .. kind.key(c:back()), tolua.type(c))
