@@ -178,10 +178,11 @@ TEST(HashSet, HashesSignedBytesGrowsThroughPrimesAndProbesInSixtyFourBits)
 
 // Keys made of the blocks "az" and "bU", which hash alike, all have one hash. At capacity 7 their
 // probes reach only four slots: a fifth key fails its search below the threshold and takes the set
-// to the next prime of its probe request. A twelfth finds no place in any table.
+// to the next prime of its probe request. A twelfth finds no place in any table; with nine other
+// keys the set stops at 673 slots, where one more growth would pass 64 slots for each of 21 keys.
 TEST(HashSet, RefusesATwelfthKeyOfOneHashAndKeepsItsKeys)
 {
-    Set set(slots);
+    Set crowded(slots), set(slots);
     std::vector<Tracked> keys;
     for (int bits = 0; bits < 12; ++bits)
     {
@@ -189,11 +190,13 @@ TEST(HashSet, RefusesATwelfthKeyOfOneHashAndKeepsItsKeys)
         for (int block = 1; block < 16; block *= 2)
             key += bits & block ? "bU" : "az";
         keys.push_back(key.c_str());
+        if (bits < 9)
+            set.insert(("other" + std::to_string(bits)).c_str());
     }
     for (std::size_t i = 0; i < 11; ++i)
-        EXPECT_TRUE((set.insert(keys[i]), i != 4) ||
-                    layout(set) == "17: 4 bUazazaz, 11 azazbUaz, 12 bUbUazaz, 13 azbUazaz, 16 azazazaz");
-    const std::string eleven = layout(set, true);
+        EXPECT_TRUE((crowded.insert(keys[i]), set.insert(keys[i]), i != 4) ||
+                    layout(crowded) == "17: 4 bUazazaz, 11 azazbUaz, 12 bUbUazaz, 13 azbUazaz, 16 azazazaz");
+    const std::string twenty = layout(set, true);
     std::string refusal;
     try
     {
@@ -204,9 +207,9 @@ TEST(HashSet, RefusesATwelfthKeyOfOneHashAndKeepsItsKeys)
         refusal = error.what();
     }
     EXPECT_EQ("HashSet: cannot insert 'bUbUazbU' (hash 2133336812): other keys hold all eleven of its probe positions "
-              "even in a table of 673 slots for 11 keys",
+              "even in a table of 673 slots for 20 keys",
               refusal);
-    EXPECT_EQ(eleven, layout(set, true));
+    EXPECT_EQ(twenty, layout(set, true));
 }
 
 // Families of one hash make the set grow twice because probes find no place, once inside another
