@@ -259,7 +259,9 @@ def run(c):
                 os.dup2(pipe[1] if pipe else os.open(WORK + ".out", os.O_WRONLY | os.O_CREAT | os.O_TRUNC), 1)
             os.closerange(3, 64)
             os.chdir(WORK)
-            for limit, value in ((resource.RLIMIT_FSIZE, c["file_limit"]), (resource.RLIMIT_AS, c["address_limit"])):
+            limits = ((resource.RLIMIT_FSIZE, c["file_limit"]), (resource.RLIMIT_AS, c["address_limit"]),
+                      (resource.RLIMIT_CPU, 600 if SANITIZED else 60))  # a tool that never ends gets a signal
+            for limit, value in limits:
                 if value and not (limit == resource.RLIMIT_AS and SANITIZED):  # the sanitizers reserve more
                     resource.setrlimit(limit, (value, value))
             os.execv(LAUNCH, [LAUNCH, WORK + ".report", c["tool"]] + list(c["args"]))

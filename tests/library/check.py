@@ -6,6 +6,7 @@ then changes its inputs step by step and checks what each build runs, and nothin
 """
 import os
 import re
+import resource
 import shutil
 import subprocess
 import sys
@@ -41,8 +42,9 @@ def write(path, text, mode="w"):
         file.write(text)
 
 
-def run(*command):
-    result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+def run(*command):  # a process that never ends is stopped by a signal, and fails the step
+    limit = lambda: resource.setrlimit(resource.RLIMIT_CPU, (600, 600))
+    result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, preexec_fn=limit)
     return result.returncode, result.stdout
 
 
