@@ -38,17 +38,17 @@ struct RecordingAllocator
     std::size_t unit;
 };
 
-// An element or key that logs its copies and destructions, and throws from a copy once
-// `copiesLeft` runs out.
+// An element or key that logs its copies and destructions, counts those alive, and throws from a
+// copy once `copiesLeft` runs out.
 std::vector<std::string> events;
-int copiesLeft = -1;
+int copiesLeft = -1, alive = 0;
 
 struct Tracked : String
 {
-    Tracked(const char* text = "") noexcept : String(text) {}
-    Tracked(const Tracked& other) : String(other) { copied(); }
+    Tracked(const char* text = "") noexcept : String(text) { ++alive; }
+    Tracked(const Tracked& other) : String(other) { copied(), ++alive; }
     Tracked& operator=(const Tracked& other) { return copied(), String::operator=(other), *this; }
-    ~Tracked() { events.push_back("destroy " + *this); }
+    ~Tracked() { events.push_back("destroy " + *this), --alive; }
     void copied() const
     {
         if (copiesLeft-- == 0)
@@ -103,6 +103,7 @@ TEST(Vector, GrowsToFourThenDoublesCopyingAllElementsBeforeDestroyingAnyAndHands
 TEST(Vector, IsLeftAsItWasWhenACopyThrowsAndStopsAccessOutsideItsElements)
 {
     List list(elements);
+    const int aliveBefore = alive;
     for (const char* value : {"a", "b", "c", "d"})
         list.push_back(value);
     calls.clear();
@@ -116,6 +117,7 @@ TEST(Vector, IsLeftAsItWasWhenACopyThrowsAndStopsAccessOutsideItsElements)
                                  " " + list.back());
     }
     copiesLeft = -1;
+    EXPECT_EQ(aliveBefore + 4, alive); // what was made in a block handed back was destroyed
     EXPECT_EQ((std::vector<std::string>{"+8", "-8", "+9", "-9", "+8", "-8", "+9", "-9", "+8", "-8", "+9", "-9"}),
               calls);
     EXPECT_THROW(list.reserve(1ull << 60), std::length_error);
