@@ -198,8 +198,10 @@ CASES = [
          prepare=lambda: write(MAP, type_("name='A' namespace='n' include='%s'" % ("x" * (50 << 20))))),
     case("ThirtyMegabyteCommentInAGigabyteOfAddressSpace", map=POINT + "<!--" + "x" * (30 << 20) + "-->",
          address_limit=1000000 << 10),
+    # Each of them with all four attributes that the tool reads, none of which counts against the node budget.
     case("TwoHundredThousandTypes", map=None, has=[("out.h", "typedef zymData::ValueT< n::Last > LastValue;")],
-         prepare=lambda: write(MAP, POINT * 199999 + type_('name="Last" namespace="n"'))),
+         prepare=lambda: write(MAP, type_('name="P" namespace="g" isPOD="true" include="g/P.h"') * 199999
+                               + type_('name="Last" namespace="n"'))),
 
     # Include values the include set cannot place, and namespaces too deep to write.
     case("ElevenIncludesOfOneHash", map=includes_of_one_hash(11)),
