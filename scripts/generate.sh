@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-dependencies.sh cmake g++ pkg-config libtinyxml-dev libpystring-dev libgtest-dev
+scripts/install-dependencies.sh cmake g++ pkg-config libtinyxml-dev libpystring-dev
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZYM_BUILD_TESTS=OFF -DZYM_BUILD_BENCHMARKS=OFF >/dev/null
 cmake --build build --target lua_containers_generator -j "$(nproc)"
 

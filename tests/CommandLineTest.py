@@ -107,6 +107,8 @@ CASES = [
     # A write that fails once the target is open is not reported: the success line follows.
     case("TargetIsDevFull", args=("/dev/full", "out.h"), package=KEPT),
     case("FileSizeLimit", file_limit=1000, check=lambda: os.path.getsize(WORK + "/out.pkg") == 1000),
+    case("SameTargetTwice", args=("out.h", "out.h"), package=KEPT, has=[("out.h", "#endif //ZYMLUA")],
+         lacks=[("out.h", "class PointVector")]),
     case("StandardOutputAPipeWithoutReader", out="", output="broken pipe", has=[("out.h", "#endif //ZYMLUA")]),
     case("StandardOutputClosed", out="", output="closed", lacks=[("out.pkg", "Updated")]),
 
@@ -135,7 +137,7 @@ CASES = [
                address_limit=1000000 << 10, seconds=1),
     not_loaded("TypeMapOneByteOverTheLimit", None, 0, TOO_LARGE, prepare=lambda: write(MAP, POINT, (256 << 20) + 1),
                seconds=1),
-    # The run's own sources are never targets: nothing is opened for writing, and the run stops.
+    # The run's own sources are never targets: the run stops before it opens one for writing.
     case("PackageTargetIsTheTypeMap", args=(MAP, "out.h"), status=1, out="", package=KEPT, typedefs=KEPT,
          err=overwriting("type map", MAP, MAP), seconds=1),
     case("TypedefTargetIsAHardLinkToTheTypeMap", args=("out.pkg", "map"), status=1, out=success("out.pkg", ""),

@@ -232,7 +232,7 @@ private:
     // Keys whose eleven probe positions other keys hold at every capacity, as twelve keys of one
     // hash do, or keys whose hashes crowd into a narrow range, as short keys do, would grow the
     // table until memory ran out. A growth for a key without a place may not take the table past
-    // slotsPerKey slots for each key that the set has held.
+    // slotsPerKey slots for each key that the set has held and the one it inserts.
     [[noreturn]] void refuse(const Key& key, std::uint64_t hash) const
     {
         std::ostringstream message;

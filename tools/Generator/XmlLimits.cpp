@@ -18,8 +18,8 @@
 //   - Rows are counted in a text whose line ends are all "\n", one-based.
 //
 // Every node that the reader parses counts against the node budget, but for the top-level Type
-// elements and the attributes of theirs that the tool reads: each of those writes more to the
-// outputs than it costs.
+// elements and the attributes of theirs that the tool reads, which write more to the outputs than
+// they cost, and the one declaration read before the encoding is known.
 //
 // Markup that holds no element (declarations, comments, character data, unknown markup, text)
 // goes through the reader's own parser of its kind, on a node made for the purpose, so that it
