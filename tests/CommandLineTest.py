@@ -61,7 +61,7 @@ def attribute_report(problem, row, element):  # the header's own source position
 
 def case(name, map=POINT, banner=None, args=("out.pkg", "out.h"), status=0, out=None, err="", package=WRITTEN,
          typedefs=WRITTEN, prepare=None, has=(), lacks=(), exact=(), check=None, output="file", file_limit=0,
-         address_limit=0, seconds=10, tool=TOOL):
+         address_limit=0, data_limit=0, seconds=10, tool=TOOL):
     return dict(locals(), out=success(*args[:2]) if out is None and len(args) >= 2 else out or "")
 
 
@@ -82,6 +82,11 @@ def includes_of_one_hash(count, blocks=(("az", "bU"),) * 4):
 def overwriting(kind, source, target):
     line = "LuaContainerGenerator: will not overwrite the %s '%s' with the target '%s'\n"
     return re.escape(line % (kind, source, target))
+
+
+def shadowing(kind, source, target):
+    line = "LuaContainerGenerator: will not write the target '%s' where the %s is looked up: '%s'\n"
+    return re.escape(line % (target, kind, source))
 
 
 USAGE = re.escape("Usage: %s<target file path> <typedef file path>\n" % TOOL)
@@ -145,6 +150,13 @@ CASES = [
     case("TypedefTargetIsALinkToTheBanner", banner="/* b */\n", args=("out.pkg", "banner"), status=1,
          out=success("out.pkg", ""), err=overwriting("banner", BANNER, "banner"), typedefs=KEPT,
          prepare=lambda: os.symlink(BANNER, WORK + "/banner")),
+    # Nor where the tool looks for a source that is not there: the next run would read the target.
+    stopped("PackageTargetAtTheRootWhileTheTypeMapIsInData", None, shadowing("type map", MAP, MAP), args=(MAP, "out.h"),
+            prepare=lambda: write(ROOT + "/data/LuaContainerPrimitives.xml", POINT),
+            check=lambda: not os.path.exists(MAP)),
+    stopped("PackageTargetALinkToWhereTheBannerIsLookedUp", POINT, shadowing("banner", BANNER, "link"),
+            args=("link", "out.h"), prepare=lambda: os.makedirs(os.path.dirname(BANNER)) or
+            os.symlink(BANNER, WORK + "/link"), check=lambda: not os.path.exists(BANNER)),
     stopped("TargetWithControlBytesIsALinkToTheTypeMap", POINT, overwriting("type map", MAP, "m&#x0A;&#x1B;[31m"),
             args=("m\n\x1b[31m", "out.h"), prepare=lambda: os.symlink(MAP, WORK + "/m\n\x1b[31m")),
 
@@ -200,6 +212,7 @@ CASES = [
          prepare=lambda: write(MAP, type_("name='A' namespace='n' include='%s'" % ("x" * (50 << 20))))),
     case("ThirtyMegabyteCommentInAGigabyteOfAddressSpace", map=POINT + "<!--" + "x" * (30 << 20) + "-->",
          address_limit=1000000 << 10),
+    case("ThirtyMegabytesOfBlanksUnderADataLimit", map=POINT + " " * (30 << 20), data_limit=600000 << 10),
     # Each of them with all four attributes that the tool reads, none of which counts against the node budget.
     case("TwoHundredThousandTypes", map=None, has=[("out.h", "typedef zymData::ValueT< n::Last > LastValue;")],
          prepare=lambda: write(MAP, type_('name="P" namespace="g" isPOD="true" include="g/P.h"') * 199999
@@ -271,9 +284,10 @@ def run(c):
             for number in (signal.SIGPIPE, signal.SIGXFSZ):  # which Python ignores, and its children with it
                 signal.signal(number, signal.SIG_DFL)
             limits = ((resource.RLIMIT_FSIZE, c["file_limit"]), (resource.RLIMIT_AS, c["address_limit"]),
+                      (resource.RLIMIT_DATA, c["data_limit"]),
                       (resource.RLIMIT_CPU, 600 if SANITIZED else 60))  # a tool that never ends gets a signal
             for limit, value in limits:
-                if value and not (limit == resource.RLIMIT_AS and SANITIZED):  # the sanitizers reserve more
+                if value and not (limit in (resource.RLIMIT_AS, resource.RLIMIT_DATA) and SANITIZED):  # they reserve more
                     resource.setrlimit(limit, (value, value))
             os.execv(LAUNCH, [LAUNCH, WORK + ".report", c["tool"]] + list(c["args"]))
         finally:

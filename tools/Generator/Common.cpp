@@ -11,16 +11,11 @@ namespace zym
 namespace Generator
 {
 
-String findCopyright()
-{
-    return zymIO::Environment::instance()
-        .getFilePath(zymIO::Environment::DataFilePath)
-        .find(String("tools/Generator/zym_copyright.txt"));
-}
-
 void addCopyright(std::ostream& stream)
 {
-    std::ifstream file(findCopyright(), std::ios::in | std::ios::binary);
+    const String path =
+        zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath).find(String(copyrightFileName));
+    std::ifstream file(path, std::ios::in | std::ios::binary);
     char block[4096];
     while (file.read(block, sizeof block) || file.gcount() > 0)
     {

@@ -11,9 +11,8 @@ namespace zym
 namespace Generator
 {
 
-// The banner file "tools/Generator/zym_copyright.txt" as the data search list finds it, or the
-// empty path where it finds none.
-String findCopyright();
+// The name under which the banner file is looked up in the data search list.
+inline constexpr char copyrightFileName[] = "tools/Generator/zym_copyright.txt";
 
 // Copies the banner file to `stream` up to its first NUL byte, and reads no further. Writes
 // nothing when there is no such file.

@@ -22,10 +22,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <limits>
@@ -181,39 +183,87 @@ bool loadTypeMap(TiXmlDocument& document, const String& fullPath, std::ostream& 
 
 // Room for a text, so that the memory stream does not grow by copying what it holds: a map of
 // ordinary types makes a package file of about 40 times its size, a typedef header of about 8
-// times. Room that is never written is never touched, but it takes address space: at most a GiB,
-// and a quarter of what the process may have. Past that the text grows as it goes.
+// times. Room that is never written is never touched, but it counts against the limits of address
+// space and data: at most a GiB, and a quarter of either limit. Past that, or where the room cannot
+// be had, the text grows as it goes.
 std::string roomForText(std::uint64_t bytesPerMapByte)
 {
     std::uint64_t room = std::uint64_t(1) << 30;
-    rlimit addressSpace = {};
-    if (::getrlimit(RLIMIT_AS, &addressSpace) == 0 && addressSpace.rlim_cur != RLIM_INFINITY)
-        room = std::min<std::uint64_t>(room, addressSpace.rlim_cur / 4);
+    for (const int resource : {RLIMIT_AS, RLIMIT_DATA})
+    {
+        rlimit limit = {};
+        if (::getrlimit(resource, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY)
+            room = std::min<std::uint64_t>(room, limit.rlim_cur / 4);
+    }
     struct stat typeMap = {};
     std::string text;
     if (::stat(findTypeMap().c_str(), &typeMap) == 0)
-        text.reserve(static_cast<std::size_t>(
-            std::min<std::uint64_t>(room, bytesPerMapByte * static_cast<std::uint64_t>(typeMap.st_size))));
+        try
+        {
+            text.reserve(static_cast<std::size_t>(
+                std::min<std::uint64_t>(room, bytesPerMapByte * static_cast<std::uint64_t>(typeMap.st_size))));
+        }
+        catch (const std::bad_alloc&)
+        {}
     return text;
 }
 
-// A target that is one of the run's sources, the type map or the banner, would destroy it: the
-// run stops before it opens that target. Files are the same by device and inode, so that a link
-// of either kind to a source counts as that source.
-void refuseToOverwriteSources(const String& path)
+// The directories of the data search list, in the order in which main appends them.
+std::array<String, 2> dataDirectories() { return {String(SourceRootPath), String::format("%s/data", SourceRootPath)}; }
+
+// The path that opening `path` for writing would create or empty: links followed, also one whose
+// target does not exist yet.
+std::filesystem::path followLinks(std::filesystem::path path)
 {
-    struct stat target = {};
-    if (::stat(path.c_str(), &target) != 0)
-        return;
-    for (const auto& [source, kind] :
-         {std::pair{findTypeMap(), "type map"}, {zym::Generator::findCopyright(), "banner"}})
+    std::error_code error;
+    for (int hops = 0; hops < 40 && std::filesystem::is_symlink(std::filesystem::symlink_status(path, error)); ++hops)
     {
-        struct stat status = {};
-        if (::stat(source.c_str(), &status) == 0 && status.st_dev == target.st_dev && status.st_ino == target.st_ino)
-            zym::raiseReported(std::runtime_error("LuaContainerGenerator: will not overwrite the " + std::string(kind) +
-                                                  " '" + escapedControlBytes(source) + "' with the target '" +
-                                                  escapedControlBytes(path) + "'"));
+        const std::filesystem::path target = std::filesystem::read_symlink(path, error);
+        if (error)
+            break;
+        path = path.parent_path() / target;
     }
+    return path;
+}
+
+// Whether writing `target` writes `source`: the same file (by device and inode, so that links of
+// either kind count), or, where neither exists yet, the same name in the same directory.
+bool writesTo(const String& target, const String& source)
+{
+    struct stat written = {}, read = {};
+    const bool targetExists = ::stat(target.c_str(), &written) == 0;
+    const bool sourceExists = ::stat(source.c_str(), &read) == 0;
+    if (targetExists || sourceExists)
+        return targetExists && sourceExists && written.st_dev == read.st_dev && written.st_ino == read.st_ino;
+    const std::filesystem::path created = followLinks(target.c_str()), place(source.c_str());
+    const auto directoryOf = [](const std::filesystem::path& file) {
+        return file.has_parent_path() ? file.parent_path().string() : std::string(".");
+    };
+    return created.filename() == place.filename() && ::stat(directoryOf(created).c_str(), &written) == 0 &&
+           ::stat(directoryOf(place).c_str(), &read) == 0 && written.st_dev == read.st_dev &&
+           written.st_ino == read.st_ino;
+}
+
+// A target that is one of the run's sources, the type map or the banner, would destroy it, and one
+// where the tool looks for a source would become that source for every later run: the run stops
+// before it opens such a target.
+void refuseToWriteSources(const String& path)
+{
+    for (const String& directory : dataDirectories())
+        for (const auto& [name, kind] :
+             {std::pair{TypeMapPath, "type map"}, {zym::Generator::copyrightFileName, "banner"}})
+        {
+            const String source = directory + "/" + name;
+            if (!writesTo(path, source))
+                continue;
+            struct stat status = {};
+            zym::raiseReported(std::runtime_error(
+                ::stat(source.c_str(), &status) == 0
+                    ? "LuaContainerGenerator: will not overwrite the " + std::string(kind) + " '" +
+                          escapedControlBytes(source) + "' with the target '" + escapedControlBytes(path) + "'"
+                    : "LuaContainerGenerator: will not write the target '" + escapedControlBytes(path) +
+                          "' where the " + kind + " is looked up: '" + escapedControlBytes(source) + "'"));
+        }
 }
 
 // Builds the whole text in memory, and only then replaces the target with it, in one write.
@@ -225,7 +275,7 @@ void writeGeneratedFile(const String& path, void (*generate)(std::ostream&), std
     generate(text);
     if (text.iword(loadFailureSlot()) != 0)
         return;
-    refuseToOverwriteSources(path);
+    refuseToWriteSources(path);
     std::ofstream file(path, std::ios::out | std::ios::trunc);
     if (file.fail())
     {
@@ -545,8 +595,8 @@ int main(int argc, char** argv)
     }
 
     zymIO::Environment& environment = zymIO::Environment::instance();
-    environment.getFilePath(zymIO::Environment::DataFilePath).pushbackPath(SourceRootPath);
-    environment.getFilePath(zymIO::Environment::DataFilePath).pushbackPath(String::format("%s/data", SourceRootPath));
+    for (const String& directory : dataDirectories())
+        environment.getFilePath(zymIO::Environment::DataFilePath).pushbackPath(directory);
     environment.getFilePath(zymIO::Environment::ComponentFilePath).pushbackPath(SourceRootPath);
     environment.getFilePath(zymIO::Environment::ComponentFilePath)
         .pushbackPath(String::format("%s/Components/zym", SourceRootPath));

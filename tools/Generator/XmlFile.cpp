@@ -1,8 +1,9 @@
 #include "XmlFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -14,29 +15,17 @@ XmlText::XmlText(std::string_view bytes) : XmlText(bytes.size())
     normalize(bytes.size());
 }
 
-std::optional<XmlText> XmlText::read(const char* path, int& errorId)
+std::optional<XmlText> XmlText::read(int descriptor, std::size_t size)
 {
-    errorId = TiXmlBase::TIXML_ERROR_OPENING_FILE;
-    std::FILE* file = std::fopen(path, "rb");
-    if (file == nullptr)
-        return std::nullopt;
-    std::fseek(file, 0, SEEK_END);
-    const long length = std::ftell(file);
-    std::fseek(file, 0, SEEK_SET);
-
-    std::optional<XmlText> text;
-    if (length <= 0)
-        errorId = TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY;
-    else
+    std::optional<XmlText> text(XmlText{size});
+    for (std::size_t done = 0; done < size;)
     {
-        const std::size_t size = static_cast<std::size_t>(length);
-        text.emplace(XmlText(size));
-        if (std::fread(text->block.get(), 1, size, file) == size)
-            text->normalize(size);
-        else
-            text.reset();
+        const ssize_t count = ::read(descriptor, text->block.get() + done, size - done);
+        if (count <= 0)
+            return std::nullopt;
+        done += static_cast<std::size_t>(count);
     }
-    std::fclose(file);
+    text->normalize(size);
     return text;
 }
 
@@ -66,11 +55,26 @@ void XmlText::normalize(std::size_t length)
 
 std::optional<XmlFailure> loadXmlFile(TiXmlDocument& document, const XmlLimits& limits)
 {
-    struct stat file = {};
-    if (::stat(document.Value(), &file) == 0 && static_cast<std::uint64_t>(file.st_size) > limits.maxBytes)
+    // The size is taken from the descriptor that is read, and no more than that is read: a file
+    // that grows meanwhile is read as far as it was.
+    int errorId = TiXmlBase::TIXML_ERROR_OPENING_FILE;
+    std::uint64_t size = 0;
+    std::optional<XmlText> text;
+    const int file = ::open(document.Value(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    struct stat status = {};
+    if (file >= 0 && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode))
+    {
+        size = static_cast<std::uint64_t>(status.st_size);
+        if (size == 0)
+            errorId = TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY;
+        else if (size <= limits.maxBytes)
+            text = XmlText::read(file, static_cast<std::size_t>(size));
+    }
+    if (file >= 0)
+        ::close(file);
+    if (size > limits.maxBytes)
         return XmlFailure{0, "File larger than " + std::to_string(limits.maxBytes >> 20) + " MiB."};
-    int errorId = 0;
-    const std::optional<XmlText> text = XmlText::read(document.Value(), errorId);
+
     if (!text)
         document.SetError(errorId, nullptr, nullptr, TIXML_ENCODING_UNKNOWN);
     else if (std::optional<XmlFailure> breach = findXmlLimitBreach(text->c_str(), limits))

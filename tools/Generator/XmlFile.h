@@ -22,9 +22,8 @@ public:
 
     explicit XmlText(std::string_view bytes);
 
-    // The text of the file at `path`; nothing when the file cannot be read or is empty, with the
-    // reader's error code for that in `errorId`.
-    static std::optional<XmlText> read(const char* path, int& errorId);
+    // The text of the first `size` bytes read from `descriptor`; nothing when fewer can be read.
+    static std::optional<XmlText> read(int descriptor, std::size_t size);
 
     const char* c_str() const { return block.get(); }
 
