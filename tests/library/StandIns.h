@@ -5,17 +5,18 @@
 // clang-format off
 #pragma once
 
-#include "../../include/zym/String.h"
-#include "../../include/zym/Vector.h"
-
 #include <cstdint>
 #include <cstdio>
+#include <string>
 #include <type_traits>
 #include <vector>
 
 namespace zym
 {
-typedef ::String String;
+typedef std::string String;
+template <typename T> using Vector = std::vector<T>;
+template <typename T> struct VectorPOD : std::vector<T>
+{ static_assert(std::is_trivially_copyable_v<T>); using std::vector<T>::vector; };
 struct Vec3 { Vec3(float a = 0, float b = 0, float c = 0) : x(a), y(b), z(c) {} float x, y, z; };
 namespace render { struct Color { float r = 0, g = 0, b = 0, a = 1; }; }
 namespace geo { struct Ray { Vec3 origin, direction; }; }

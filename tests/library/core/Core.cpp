@@ -1,0 +1,4 @@
+namespace zym
+{
+const char* coreName() { return "zymCore"; }
+} // namespace zym
