@@ -85,7 +85,9 @@ inline bool parseAttribute<bool>(const TiXmlElement* element, const char* attrib
     const char* text = element->Attribute(attributeName);
     if (text == nullptr)
         ZYM_RAISE_ATTRIBUTE_ERROR(element, "Could not locate attribute '%s'", attributeName);
-    std::stringstream stream(text);
+    static std::istringstream stream; // one for every call: a new stream costs more than the read
+    stream.clear();
+    stream.str(text);
     bool value = false;
     stream >> std::boolalpha >> value;
     if (stream.fail())

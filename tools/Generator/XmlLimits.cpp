@@ -32,7 +32,6 @@
 #include <tinyxml.h>
 
 #include <algorithm>
-#include <cctype>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -80,10 +79,11 @@ TiXmlEncoding declaredEncoding(const char* name)
     return TIXML_ENCODING_LEGACY;
 }
 
-// The reader's name characters: bytes above 126 count as letters.
+// The reader's name characters: bytes above 126 count as letters, and below them the letters of
+// the "C" locale, which the tool never leaves.
 bool isNameStart(char c)
 {
-    return static_cast<unsigned char>(c) > 126 || std::isalpha(static_cast<unsigned char>(c)) || c == '_';
+    return static_cast<unsigned char>(c) > 126 || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 
 // The attributes of a Type that the tool reads.
@@ -94,7 +94,7 @@ bool isReadAttribute(std::string_view name)
 
 bool isNameCharacter(char c)
 {
-    return isNameStart(c) || std::isdigit(static_cast<unsigned char>(c)) || c == '-' || c == '.' || c == ':';
+    return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == ':';
 }
 
 // Each parse below takes the text at the start of its construct and gives where the reader's parse

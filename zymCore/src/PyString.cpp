@@ -11,12 +11,4 @@ int rfind(const String& text, const String& separator, int start, int end)
                            end);
 }
 
-void split(const String& text, Vector<String>& pieces, const String& separator, int maxsplit)
-{
-    std::vector<std::string> result;
-    pystring::split(text, result, separator, maxsplit);
-    for (std::string& piece : result)
-        pieces.push_back(String(std::move(piece)));
-}
-
 } // namespace pystring
