@@ -22,9 +22,9 @@ include_guard(GLOBAL)
 
 # Refuses a path with a character that CMake, make or ninja cannot carry in its rules.
 function(_lua_containers_check_path call what path)
-  set(characters "[;\\#\t\r\n]")
+  set(characters "[][;\\#<>|\t\r\n]")
   if(CMAKE_GENERATOR MATCHES "Make")
-    set(characters "[;\\#:\t\r\n]")
+    set(characters "[][;\\#<>|:\t\r\n]")
   endif()
   string(REGEX MATCH "${characters}" character "${path}")
   if(character MATCHES "[\t\r\n]")
@@ -39,7 +39,7 @@ function(_lua_containers_check_path call what path)
   endif()
 endfunction()
 
-# The first of the candidates that is a file, as the tool takes them, or "".
+# The first of the candidates that exists and is no directory, or "".
 function(_lua_containers_first_file resultVar)
   foreach(candidate IN LISTS ARGN)
     if(EXISTS "${candidate}" AND NOT IS_DIRECTORY "${candidate}")
@@ -53,18 +53,23 @@ endfunction()
 function(lua_container_generate name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "TYPE_MAP;BANNER;SOURCE_ROOT;OUTPUT_DIRECTORY" "")
   set(call "lua_container_generate(${name}) in ${CMAKE_CURRENT_LIST_FILE}")
-  if(arg_UNPARSED_ARGUMENTS OR (DEFINED arg_SOURCE_ROOT AND (DEFINED arg_TYPE_MAP OR DEFINED arg_BANNER)))
-    message(FATAL_ERROR "${call}: give TYPE_MAP <file> [BANNER <file>] or SOURCE_ROOT <dir>, "
-                        "and OUTPUT_DIRECTORY <dir>: got ${ARGN}")
+  if(arg_UNPARSED_ARGUMENTS OR arg_KEYWORDS_MISSING_VALUES OR (DEFINED arg_BANNER AND NOT DEFINED arg_TYPE_MAP)
+     OR (DEFINED arg_SOURCE_ROOT AND DEFINED arg_TYPE_MAP))
+    message(FATAL_ERROR "${call}: give TYPE_MAP <file> [BANNER <file>] or SOURCE_ROOT <dir>, and "
+                        "OUTPUT_DIRECTORY <dir>, each with a value.")
   endif()
+  if(NOT DEFINED arg_OUTPUT_DIRECTORY)
+    set(arg_OUTPUT_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/${name}")
+  endif()
+  get_filename_component(outputDir "${arg_OUTPUT_DIRECTORY}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_BINARY_DIR}")
 
   # The type map and the banner, given or found as the tool finds them. Any file added to a
   # directory that the tool would search runs CMake again.
+  set(banner "")
   if(DEFINED arg_TYPE_MAP)
     get_filename_component(typeMap "${arg_TYPE_MAP}" ABSOLUTE)
     if(DEFINED arg_BANNER)
       get_filename_component(banner "${arg_BANNER}" ABSOLUTE)
-      _lua_containers_check_path("${call}" "the banner" "${banner}")
     endif()
   else()
     get_filename_component(root "${arg_SOURCE_ROOT}" ABSOLUTE)
@@ -76,21 +81,29 @@ function(lua_container_generate name)
         set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${root}${directory}")
       endif()
     endforeach()
+    if(typeMap STREQUAL "")
+      set(typeMap "${root}/LuaContainerPrimitives.xml or ${root}/data/LuaContainerPrimitives.xml")
+    endif()
   endif()
-  if(NOT EXISTS "${typeMap}" OR IS_DIRECTORY "${typeMap}")
-    message(FATAL_ERROR "${call}: no type map: ${arg_TYPE_MAP}${root} holds no LuaContainerPrimitives.xml file.")
+  foreach(path IN ITEMS arg_TYPE_MAP arg_BANNER arg_SOURCE_ROOT arg_OUTPUT_DIRECTORY typeMap banner outputDir)
+    _lua_containers_check_path("${call}" "the path" "${${path}}")
+  endforeach()
+  foreach(source IN ITEMS typeMap banner)
+    if(NOT "${${source}}" STREQUAL "" AND (NOT EXISTS "${${source}}" OR IS_DIRECTORY "${${source}}"))
+      message(FATAL_ERROR "${call}: ${${source}} is no file.")
+    endif()
+  endforeach()
+
+  # The generator built here must search the directory that it runs in, as it does by default.
+  if(TARGET lua_containers_generator AND NOT ZYM_SOURCE_ROOT MATCHES "^\\./*$")
+    message(FATAL_ERROR "${call}: LuaContainers::Generator searches ZYM_SOURCE_ROOT '${ZYM_SOURCE_ROOT}', but the "
+                        "generation runs it where it copied the type map: set ZYM_SOURCE_ROOT to '.'.")
   endif()
-  _lua_containers_check_path("${call}" "the type map" "${typeMap}")
 
   # One output directory for each call, and a staging directory of its own in the build tree, one
   # for each configuration, each with the tool of that configuration.
-  if(NOT DEFINED arg_OUTPUT_DIRECTORY)
-    set(arg_OUTPUT_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/${name}")
-  endif()
-  get_filename_component(outputDir "${arg_OUTPUT_DIRECTORY}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_BINARY_DIR}")
-  _lua_containers_check_path("${call}" "OUTPUT_DIRECTORY" "${outputDir}")
   file(MAKE_DIRECTORY "${outputDir}/zymLua")
-  file(REAL_PATH "${outputDir}" realOutputDir)
+  file(REAL_PATH "${outputDir}/zymLua" realOutputDir)
   get_property(earlier GLOBAL PROPERTY "_LUA_CONTAINERS_OUTPUT_${realOutputDir}")
   if(earlier)
     message(FATAL_ERROR "${call} writes into ${outputDir}, where ${earlier} writes already: give one of them "

@@ -9,6 +9,8 @@
 #   publish   -DSTAGE=<dir> -DFILE=<path>: puts the staged file of that name at <path> if its text
 #             differs from the file there, by renaming a whole copy of its own into place, so that a
 #             reader, or another build that publishes the same file, sees the old file or a new one.
+#
+# Both hold a lock on the staging directory, so that no two runs on it overlap.
 
 cmake_minimum_required(VERSION 3.21)
 
@@ -118,6 +120,7 @@ if(STEP STREQUAL "generate")
                    "of a type map stand side by side, not inside a root element.")
   endif()
 elseif(STEP STREQUAL "publish")
+  file(LOCK "${STAGE}" DIRECTORY GUARD PROCESS TIMEOUT 600) # no generation of this tree meanwhile
   get_filename_component(name "${FILE}" NAME)
   get_filename_component(directory "${FILE}" DIRECTORY)
   execute_process(COMMAND "${CMAKE_COMMAND}" -E compare_files "${STAGE}/${name}" "${FILE}"
@@ -131,7 +134,10 @@ elseif(STEP STREQUAL "publish")
                     RESULT_VARIABLE differs OUTPUT_QUIET ERROR_QUIET)
     if(differs)
       file(REMOVE "${copy}")
-      message(FATAL_ERROR "${FILE}: error: could not be written whole (${copied}; no space left on the device?)")
+      if(copied STREQUAL "0")
+        set(copied "the copy was cut short (no space left on the device?)")
+      endif()
+      message(FATAL_ERROR "${FILE}: error: not published: ${copied}")
     endif()
     file(RENAME "${copy}" "${FILE}")
   endif()

@@ -157,6 +157,9 @@ CASES = [
     stopped("PackageTargetALinkToWhereTheBannerIsLookedUp", POINT, shadowing("banner", BANNER, "link"),
             args=("link", "out.h"), prepare=lambda: os.makedirs(os.path.dirname(BANNER)) or
             os.symlink(BANNER, WORK + "/link"), check=lambda: not os.path.exists(BANNER)),
+    stopped("BannerALinkToWhereThePackageTargetWillBe", POINT, shadowing("banner", BANNER, "new.pkg"),
+            args=("new.pkg", "out.h"), prepare=lambda: os.makedirs(os.path.dirname(BANNER)) or
+            os.symlink(WORK + "/new.pkg", BANNER), check=lambda: not os.path.exists(WORK + "/new.pkg")),
     stopped("TargetWithControlBytesIsALinkToTheTypeMap", POINT, overwriting("type map", MAP, "m&#x0A;&#x1B;[31m"),
             args=("m\n\x1b[31m", "out.h"), prepare=lambda: os.symlink(MAP, WORK + "/m\n\x1b[31m")),
 

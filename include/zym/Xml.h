@@ -85,7 +85,7 @@ inline bool parseAttribute<bool>(const TiXmlElement* element, const char* attrib
     const char* text = element->Attribute(attributeName);
     if (text == nullptr)
         ZYM_RAISE_ATTRIBUTE_ERROR(element, "Could not locate attribute '%s'", attributeName);
-    static std::istringstream stream; // one for every call: a new stream costs more than the read
+    thread_local std::istringstream stream; // kept from call to call: making a stream costs more than a read
     stream.clear();
     stream.str(text);
     bool value = false;

@@ -212,13 +212,13 @@ def check_small_libraries():
                      r"in \S+ writes already", output):
         fail("two calls that write into one directory through a link were not refused", output)
 
-    for character in ";#\t: $'\u00e9":
+    for character in ";#\t:|\\ $'\u00e9":
         map_path = os.path.join(root, "with%sin" % character, "LuaContainerPrimitives.xml")
         write(map_path, MANY)
-        refused = " ".join(("the type map '%s' holds %s, which the build cannot carry." % (
+        refused = " ".join(("the path '%s' holds %s, which the build cannot carry." % (
             map_path, "a tab" if character == "\t" else "'%s'" % character)).split())
-        status, output, directory = small("characters", 'lua_container_generate(s TYPE_MAP "%s")\n' % map_path)
-        if (refused in output) != (character in ";#\t:") or refused not in output and (
+        status, output, directory = small("characters", "lua_container_generate(s TYPE_MAP [=[%s]=])\n" % map_path)
+        if (refused in output) != (character in ";#\t:|\\") or refused not in output and (
                 status or published(directory + "/s") != direct(MANY)):
             fail("a type map in %r was not refused in one message, or not generated from" % map_path, output)
 

@@ -12,8 +12,6 @@
 #include "Common.h"
 #include "LuaContainerGenerator.h"
 
-#include <zymIO/Environment.h>
-
 #include <exception>
 #include <fstream>
 #include <iostream>
@@ -58,9 +56,7 @@ int main(int argc, char** argv)
         std::cerr << "Usage: " << (argc > 0 ? argv[0] : "") << " <package file> <typedef file>" << std::endl;
         return 2;
     }
-    zymIO::FilePathContainer& data = zymIO::Environment::instance().getFilePath(zymIO::Environment::DataFilePath);
-    data.pushbackPath(SourceRootPath);
-    data.pushbackPath(String::format("%s/data", SourceRootPath));
+    appendSearchPaths();
     try
     {
         const bool packageWhole = isWhole(argv[1], writeContainerDeclarations);

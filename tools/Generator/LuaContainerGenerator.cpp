@@ -117,11 +117,18 @@ constexpr std::uint64_t maxNamespaceDepth = 32;
 // pystring::rfind searches up to its end argument: this one is beyond any text.
 constexpr int wholeText = std::numeric_limits<int>::max();
 
-// Both steps refuse a type whose namespace, as the package step cuts it from the qualified name at
-// its last "::", has more components than maxNamespaceDepth; the typedef step's namespace never has more.
-void checkNamespaceDepth(const TiXmlElement* type, std::string_view qualifiedName)
+// Where a qualified name is cut into its namespace and its type name: at its last "::", if any.
+int namespaceEnd(const String& qualifiedName)
 {
-    const std::string_view typeNamespace = qualifiedName.substr(0, qualifiedName.rfind("::"));
+    static const String separator("::");
+    return pystring::rfind(qualifiedName, separator, 0, wholeText);
+}
+
+// Both steps refuse a type whose namespace, as the package step cuts it from the qualified name,
+// has more components than maxNamespaceDepth; the typedef step's namespace never has more.
+void checkNamespaceDepth(const TiXmlElement* type, const String& qualifiedName)
+{
+    const std::string_view typeNamespace(qualifiedName.data(), static_cast<std::size_t>(namespaceEnd(qualifiedName)));
     std::uint64_t depth = 1; // the components that writeInNamespaces cuts it into
     for (std::size_t at = typeNamespace.find("::"); at != std::string_view::npos; at = typeNamespace.find("::", at + 2))
         ++depth;
@@ -245,7 +252,8 @@ std::filesystem::path followLinks(std::filesystem::path path)
 }
 
 // Whether writing `target` writes `source`: the same file (by device and inode, so that links of
-// either kind count), or, where neither exists yet, the same name in the same directory.
+// either kind count), or, where neither exists yet, the same name in the same directory, each
+// reached through its links.
 bool writesTo(const String& target, const String& source)
 {
     struct stat written = {}, read = {};
@@ -253,7 +261,7 @@ bool writesTo(const String& target, const String& source)
     const bool sourceExists = ::stat(source.c_str(), &read) == 0;
     if (targetExists || sourceExists)
         return targetExists && sourceExists && written.st_dev == read.st_dev && written.st_ino == read.st_ino;
-    const std::filesystem::path created = followLinks(target.c_str()), place(source.c_str());
+    const std::filesystem::path created = followLinks(target.c_str()), place = followLinks(source.c_str());
     const auto directoryOf = [](const std::filesystem::path& file) {
         return file.has_parent_path() ? file.parent_path().string() : std::string(".");
     };
@@ -387,7 +395,7 @@ void writeContainerDeclarations(std::ostream& stream)
 
 void writeContainerDeclarations(std::ostream& stream, zym::Indentation level, const String& qualifiedName)
 {
-    const int cut = pystring::rfind(qualifiedName, String("::"), 0, wholeText);
+    const int cut = namespaceEnd(qualifiedName);
     if (cut < 0)
         return;
     const String typeNamespace = qualifiedName.substr(0, static_cast<std::size_t>(cut));
@@ -600,6 +608,16 @@ void writeContainerTypedefs(std::ostream& stream)
 
 // ---------------------------------------------------------------------------------------------
 
+void appendSearchPaths()
+{
+    zymIO::Environment& environment = zymIO::Environment::instance();
+    for (const String& directory : dataDirectories())
+        environment.getFilePath(zymIO::Environment::DataFilePath).pushbackPath(directory);
+    environment.getFilePath(zymIO::Environment::ComponentFilePath).pushbackPath(SourceRootPath);
+    environment.getFilePath(zymIO::Environment::ComponentFilePath)
+        .pushbackPath(String::format("%s/Components/zym", SourceRootPath));
+}
+
 int main(int argc, char** argv)
 {
     std::set_terminate(endOnUncaughtException);
@@ -619,13 +637,7 @@ int main(int argc, char** argv)
         return -1;
     }
 
-    zymIO::Environment& environment = zymIO::Environment::instance();
-    for (const String& directory : dataDirectories())
-        environment.getFilePath(zymIO::Environment::DataFilePath).pushbackPath(directory);
-    environment.getFilePath(zymIO::Environment::ComponentFilePath).pushbackPath(SourceRootPath);
-    environment.getFilePath(zymIO::Environment::ComponentFilePath)
-        .pushbackPath(String::format("%s/Components/zym", SourceRootPath));
-
+    appendSearchPaths();
     const String targetFilePath(argv[1]);
     const String typedefFilePath(argv[2]);
     writeContainerDeclarations(targetFilePath);

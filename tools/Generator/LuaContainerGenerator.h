@@ -12,6 +12,10 @@ extern const char SourceRootPath[];
 // The name under which the type map is looked up in the data search list.
 extern const char* TypeMapPath;
 
+// Appends the search paths under SourceRootPath to the core library's environment: the root and
+// its data/ to the data list, the root and its Components/zym to the component list.
+void appendSearchPaths();
+
 // The package file: a file, its whole text, and the scopes and classes of one element type.
 void writeContainerDeclarations(const String& path);
 void writeContainerDeclarations(std::ostream& stream);
