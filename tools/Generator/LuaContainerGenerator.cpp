@@ -117,18 +117,12 @@ constexpr std::uint64_t maxNamespaceDepth = 32;
 // pystring::rfind searches up to its end argument: this one is beyond any text.
 constexpr int wholeText = std::numeric_limits<int>::max();
 
-// Where a qualified name is cut into its namespace and its type name: at its last "::", if any.
-int namespaceEnd(const String& qualifiedName)
+// Both steps refuse a type whose namespace, cut from the qualified name at its last "::" as the
+// package step cuts it, has more components than maxNamespaceDepth; the typedef step's namespace
+// never has more.
+void checkNamespaceDepth(const TiXmlElement* type, std::string_view qualifiedName)
 {
-    static const String separator("::");
-    return pystring::rfind(qualifiedName, separator, 0, wholeText);
-}
-
-// Both steps refuse a type whose namespace, as the package step cuts it from the qualified name,
-// has more components than maxNamespaceDepth; the typedef step's namespace never has more.
-void checkNamespaceDepth(const TiXmlElement* type, const String& qualifiedName)
-{
-    const std::string_view typeNamespace(qualifiedName.data(), static_cast<std::size_t>(namespaceEnd(qualifiedName)));
+    const std::string_view typeNamespace = qualifiedName.substr(0, qualifiedName.rfind("::"));
     std::uint64_t depth = 1; // the components that writeInNamespaces cuts it into
     for (std::size_t at = typeNamespace.find("::"); at != std::string_view::npos; at = typeNamespace.find("::", at + 2))
         ++depth;
@@ -395,7 +389,8 @@ void writeContainerDeclarations(std::ostream& stream)
 
 void writeContainerDeclarations(std::ostream& stream, zym::Indentation level, const String& qualifiedName)
 {
-    const int cut = namespaceEnd(qualifiedName);
+    static const String separator("::");
+    const int cut = pystring::rfind(qualifiedName, separator, 0, wholeText);
     if (cut < 0)
         return;
     const String typeNamespace = qualifiedName.substr(0, static_cast<std::size_t>(cut));
