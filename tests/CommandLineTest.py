@@ -13,7 +13,7 @@ import os
 import re
 import resource
 import shutil
-import signal
+import subprocess
 import sys
 
 LAUNCH, TOOL, SHIPPED, ROOT, GOLDEN = map(os.path.abspath, sys.argv[1:6])
@@ -271,34 +271,25 @@ for spelling in ("True", "TRUE", "1", "0", "", " ", "tru"):
 
 
 def run(c):
-    """Runs the tool of case `c` in WORK; its wait status, peak memory, time and standard streams."""
+    """Runs the tool of case `c` in WORK; its wait status, peak memory, time and standard streams. The
+    child gets SIGPIPE and SIGXFSZ back as a build gives them, though Python ignores both."""
+    def limits():
+        if c["output"] == "closed":
+            os.close(1)
+        for limit, value in ((resource.RLIMIT_FSIZE, c["file_limit"]), (resource.RLIMIT_AS, c["address_limit"]),
+                             (resource.RLIMIT_DATA, c["data_limit"]),
+                             (resource.RLIMIT_CPU, 600 if SANITIZED else 60)):  # a tool that never ends gets a signal
+            if value and not (limit in (resource.RLIMIT_AS, resource.RLIMIT_DATA) and SANITIZED):  # they reserve more
+                resource.setrlimit(limit, (value, value))
     pipe = os.pipe() if c["output"] == "broken pipe" else None
-    child = os.fork()
-    if child == 0:
-        try:
-            os.dup2(os.open("/dev/null", os.O_RDONLY), 0)
-            os.dup2(os.open(WORK + ".err", os.O_WRONLY | os.O_CREAT | os.O_TRUNC), 2)
-            if c["output"] == "closed":
-                os.close(1)
-            else:
-                os.dup2(pipe[1] if pipe else os.open(WORK + ".out", os.O_WRONLY | os.O_CREAT | os.O_TRUNC), 1)
-            os.closerange(3, 64)
-            os.chdir(WORK)
-            for number in (signal.SIGPIPE, signal.SIGXFSZ):  # which Python ignores, and its children with it
-                signal.signal(number, signal.SIG_DFL)
-            limits = ((resource.RLIMIT_FSIZE, c["file_limit"]), (resource.RLIMIT_AS, c["address_limit"]),
-                      (resource.RLIMIT_DATA, c["data_limit"]),
-                      (resource.RLIMIT_CPU, 600 if SANITIZED else 60))  # a tool that never ends gets a signal
-            for limit, value in limits:
-                if value and not (limit in (resource.RLIMIT_AS, resource.RLIMIT_DATA) and SANITIZED):  # they reserve more
-                    resource.setrlimit(limit, (value, value))
-            os.execv(LAUNCH, [LAUNCH, WORK + ".report", c["tool"]] + list(c["args"]))
-        finally:
-            os._exit(127)
-    if pipe:
-        os.close(pipe[0])
-        os.close(pipe[1])
-    os.waitpid(child, 0)
+    with open(WORK + ".out", "wb") as out, open(WORK + ".err", "wb") as err:
+        child = subprocess.Popen([LAUNCH, WORK + ".report", c["tool"]] + list(c["args"]), stdin=subprocess.DEVNULL,
+                                 stdout=pipe[1] if pipe else out if c["output"] == "file" else None, stderr=err,
+                                 cwd=WORK, preexec_fn=limits)
+        if pipe:
+            os.close(pipe[0])
+            os.close(pipe[1])
+        child.wait()
     wall, _, _, memory, status = map(int, read(WORK + ".report").split())
     out = "" if c["output"] != "file" else read(WORK + ".out")
     return status, memory * 1024, wall * 1e-9, out, read(WORK + ".err")
